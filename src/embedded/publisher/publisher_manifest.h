@@ -1,0 +1,99 @@
+// Providers' instrumentation manifests: the texts of messages, levels, tasks, opcodes and keywords.
+// Format: the platform's published event manifest schema (instrumentationManifest / instrumentation / events / provider).
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/identifiers.h"
+
+namespace corvina::publisher {
+
+struct NamedValue {
+    std::wstring Name;  // the symbolic name, "win:Error" or "Vendor:Work"
+    std::uint64_t Value = 0;
+    std::wstring Message;  // the display text; empty when the manifest names none or a missing one
+};
+
+struct EventDefinition {
+    std::uint32_t Id = 0;
+    std::uint8_t Version = 0;
+    std::uint8_t Level = 0;
+    std::uint16_t Task = 0;
+    std::uint8_t Opcode = 0;
+    std::uint64_t Keywords = 0;
+    std::wstring Channel;  // the channel's path
+    bool HasMessage = false;
+    std::wstring Message;  // with %1 ... %99, unexpanded
+    std::wstring Template;
+};
+
+struct ChannelReference {
+    std::wstring Path;
+    std::wstring Type;  // "Admin", "Operational", "Analytic", "Debug"
+    bool Enabled = false;
+};
+
+// One provider, ready for look-ups.
+class Publisher {
+  public:
+    std::wstring Name;
+    std::optional<GuidBytes> Guid;
+    std::wstring MessageFileName;
+    std::wstring ResourceFileName;
+    std::wstring HelpLink;
+    std::wstring Message;  // the provider's display name
+    std::vector<ChannelReference> Channels;
+    std::vector<NamedValue> Levels;
+    std::vector<NamedValue> Tasks;
+    std::vector<NamedValue> Opcodes;  // Value: opcode in the low 16 bits, the owning task (0 for any) above them
+    std::vector<NamedValue> Keywords;
+    std::vector<EventDefinition> Events;
+
+    // Display texts; none when the provider and the platform's standard values have none. An event is looked for with its
+    // version first, then with any version.
+    const EventDefinition* FindEvent(std::uint32_t id, std::uint8_t version) const;
+    std::optional<std::wstring> LevelText(std::uint8_t level) const;
+    std::optional<std::wstring> TaskText(std::uint16_t task) const;
+    std::optional<std::wstring> OpcodeText(std::uint8_t opcode, std::uint16_t task) const;
+    std::vector<std::wstring> KeywordTexts(std::uint64_t mask) const;
+};
+
+// The texts of the standard values, which the platform knows without any provider's metadata.
+std::optional<std::wstring> StandardLevelText(std::uint8_t level);
+std::optional<std::wstring> StandardOpcodeText(std::uint8_t opcode);
+std::vector<std::wstring> StandardKeywordTexts(std::uint64_t mask);
+
+// Reads a manifest. Anything that is not XML or not a manifest gives no publishers. `problems` receives a line for each
+// message reference without a text and the like; it may be null.
+std::vector<Publisher> ReadManifest(std::span<const std::byte> bytes, std::vector<std::wstring>* problems);
+
+// Fills %1 to %99 (with or without a "!format!"), %n, %t, %r, %b, %0, %%, %. and %! of a message. `missing` is set when a
+// value that the message names is not there: its place is then left as it stands ("%7").
+std::wstring ExpandMessage(std::wstring_view message, std::span<const std::wstring> values, bool& missing);
+
+// The manifests of one folder ("*.man"), read on first use.
+class PublisherFolder {
+  public:
+    explicit PublisherFolder(std::filesystem::path folder);
+    ~PublisherFolder();
+
+    // The provider of that name (exact, then without regard to case), none when no manifest describes it.
+    std::shared_ptr<const Publisher> Find(std::wstring_view name);
+
+    // All names, sorted.
+    std::vector<std::wstring> Names();
+
+  private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace corvina::publisher
