@@ -30,8 +30,9 @@ class FormatArgument {
     bool isText_ = false;
 };
 
-// Formats as the platform's wide printf does: "%d %i" signed 32 bits, "%u %lu %x" unsigned 32 bits, "%hu" 16 bits, "%I64u
-// %I64d %I64x" 64 bits, "%s" text, with flags "0" and "-", width and, for texts, precision. Widths are bounded to 1,000.
+// Formats as the platform's wide printf does: "%d %i" signed 32 bits, "%u %lu %x" unsigned 32 bits, "%hu" 16 bits,
+// "%I64u %I64d %I64x" 64 bits, "%s" text, with flags "0" and "-", width and, for texts, precision. Widths are bounded
+// to 1,000.
 std::wstring FormatText(std::wstring_view format, std::initializer_list<FormatArgument> arguments);
 
 }  // namespace corvina

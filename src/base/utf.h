@@ -9,8 +9,8 @@
 
 namespace corvina {
 
-// Appends UTF-16 little-endian bytes as wide text. Half surrogates are kept as they are, so that nothing is lost. An odd
-// last byte is ignored.
+// Appends UTF-16 little-endian bytes as wide text. Half surrogates are kept as they are, so that nothing is lost. An
+// odd last byte is ignored.
 void AppendUtf16(std::span<const std::byte> utf16, std::wstring& text);
 
 // UTF-8 to wide text. Bytes that are not UTF-8 become U+FFFD.
