@@ -25,6 +25,7 @@
 #include "platform/settings_store.h"
 #include "platform/system_errors.h"
 #include "platform/system_services.h"
+#include "theme/palette.h"
 
 namespace corvina {
 
@@ -36,8 +37,8 @@ class PortFactory {
     // The settings file of that path; it need not exist.
     virtual std::unique_ptr<SettingsStore> OpenSettings(std::wstring_view path) = 0;
 
-    // The event log: the store in `storeFolder` when that is not empty, else the system's service, else the store in folder
-    // "Store" below `baseFolder`. Never null: where nothing is there the event log has no channels.
+    // The event log: the store in `storeFolder` when that is not empty, else the system's service, else the store in
+    // folder "Store" below `baseFolder`. Never null: where nothing is there the event log has no channels.
     virtual std::unique_ptr<EventLogApi> OpenEventLog(std::wstring_view storeFolder, std::wstring_view baseFolder,
                                                       std::wstring_view computerName) = 0;
 };
@@ -101,8 +102,8 @@ class Application {
     void RowSelectionChanged();  // the selected row or the set of selected rows is another one
     void HeaderClicked(std::size_t position);
 
-    // Menus (`menu` is one of the CORVINA_ID_MENU_ identifiers) and commands. Entries whose command does not exist yet or does
-    // not apply are disabled.
+    // Menus (`menu` is one of the CORVINA_ID_MENU_ identifiers) and commands. Entries whose command does not exist yet
+    // or does not apply are disabled.
     std::vector<MenuEntry> Menu(std::uint32_t menu) const;
     // The tree's menu for a node: none when there is no menu for its kind.
     std::optional<std::uint32_t> MenuOfNode(NodeId node) const;
@@ -112,6 +113,11 @@ class Application {
     bool KeyReleased(const KeyRelease& key);
 
     const i18n::Language& CurrentLanguage() const;
+
+    // The colours of the running display mode; the window paints with them after each MainWindowView::ApplyTheme.
+    const Palette& Colors() const;
+    // Whether the rows of the event list take colours by their level.
+    bool ColorsRowsByLevel() const;
 
   private:
     struct State;

@@ -1,5 +1,5 @@
-// Identifiers of menus and their commands. The window procedure, the menu resources and the key commands dispatch on them,
-// so they are also included by the resource script: plain definitions only.
+// Identifiers of menus and their commands. The window procedure, the menu resources and the key commands dispatch on
+// them, so they are also included by the resource script: plain definitions only.
 #pragma once
 
 #define CORVINA_ID_MENU_TREE 11014

@@ -37,14 +37,20 @@ class MainWindowView {
   public:
     virtual ~MainWindowView() = default;
 
-    // The child controls exist after this; texts come with SetTexts.
+    // Initialises the component object model for the window's thread (apartment threaded).
+    virtual void InitializeCom() = 0;
+    // Creates the topmost tooltip window with one tooltip over the client area.
+    virtual void CreateToolTip() = 0;
+    // The child controls exist after this; texts come with SetTexts. SetSplitters and SetTitle may come before it.
     virtual void CreateControls() = 0;
     // Puts the texts of the current language into menus and labels.
     virtual void SetTexts() = 0;
     virtual void SetTitle(std::wstring_view text) = 0;
+    // The status field for the program's version.
+    virtual void SetVersionText(std::wstring_view text) = 0;
 
-    // The event list: replaces all columns; reads a shown column's width (none beyond the last); switches the grid-lines
-    // style without touching others.
+    // The event list: replaces all columns; reads a shown column's width (none beyond the last); switches the
+    // grid-lines style without touching others.
     virtual void SetListColumns(std::span<const ListColumn> columns) = 0;
     virtual std::optional<int> ListColumnWidth(std::size_t position) const = 0;
     virtual void SetGridLines(bool on) = 0;
