@@ -1,10 +1,10 @@
 #include "platform/random_access_file.h"
 
+#include <cerrno>
 #include <fcntl.h>
+#include <limits>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 #include "platform/error_codes.h"
 
@@ -19,10 +19,13 @@ class PosixFile : public RandomAccessFile {
     PosixFile& operator=(const PosixFile&) = delete;
 
     std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> buffer) const override {
+        if (offset > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max()) - buffer.size()) {
+            return 0;
+        }
         std::size_t done = 0;
         while (done < buffer.size()) {
-            const ssize_t count = pread(descriptor_, buffer.data() + done, buffer.size() - done,
-                                        static_cast<off_t>(offset + done));
+            const ssize_t count =
+                pread(descriptor_, buffer.data() + done, buffer.size() - done, static_cast<off_t>(offset + done));
             if (count < 0 && errno == EINTR) {
                 continue;
             }

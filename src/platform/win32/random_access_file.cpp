@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <limits>
 
 #include "platform/error_codes.h"
 
@@ -18,6 +19,10 @@ class WindowsFile : public RandomAccessFile {
 
     std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> buffer) const override {
         constexpr std::size_t MostAtOnce = std::size_t{1} << 30;
+        // The system takes offsets as signed numbers, and some negative ones have a meaning of their own.
+        if (offset > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) - buffer.size()) {
+            return 0;
+        }
         std::size_t done = 0;
         while (done < buffer.size()) {
             const std::uint64_t position = offset + done;
@@ -45,9 +50,8 @@ class WindowsFile : public RandomAccessFile {
 
 std::unique_ptr<RandomAccessFile> OpenRandomAccessFile(const std::filesystem::path& path, std::uint32_t& error) {
     // The event log service and other viewers keep their files open for writing, so every kind of sharing is allowed.
-    const HANDLE file =
-        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_RANDOM_ACCESS, nullptr);
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_RANDOM_ACCESS, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         error = GetLastError();
         return nullptr;

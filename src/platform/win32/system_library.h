@@ -1,5 +1,5 @@
-// Libraries of the system, loaded at run time from the system folder and from nowhere else. A file of the same name beside
-// the program is never taken, so that a folder of downloads cannot lend the program its code.
+// Libraries of the system, loaded at run time from the system folder and from nowhere else. A file of the same name
+// beside the program is never taken, so that a folder of downloads cannot lend the program its code.
 #pragma once
 
 #include <windows.h>
