@@ -30,9 +30,10 @@ class FormatArgument {
     bool isText_ = false;
 };
 
-// Formats as the platform's wide printf does: "%d %i" signed 32 bits, "%u %lu %x" unsigned 32 bits, "%hu" 16 bits,
-// "%I64u %I64d %I64x" 64 bits, "%s" text, with flags "0" and "-", width and, for texts, precision. Widths are bounded
-// to 1,000.
+// Formats as the platform's wide printf does: "%d %i" signed 32 bits, "%u %lu %x %X" unsigned 32 bits, "%hu" 16 bits,
+// "%I64u %I64d %I64x" 64 bits, "%s" text, "%%" a percent sign, with flags "0" and "-", width and precision (of texts
+// the most characters, of numbers the fewest digits), both bounded to 1,000. An argument of the wrong kind is passed
+// over.
 std::wstring FormatText(std::wstring_view format, std::initializer_list<FormatArgument> arguments);
 
 }  // namespace corvina

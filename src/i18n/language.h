@@ -21,8 +21,9 @@ class Language {
     int Index() const { return index_; }
     void SetIndex(int index) { index_ = index; }
 
-    // The text of a slot, ending with a zero character behind its end. A language without a table of its own, a slot beyond
-    // the table and an index out of range give the English text; a slot beyond the English table gives the empty text.
+    // The text of a slot, ending with a zero character behind its end. A language without a table of its own, a slot
+    // beyond the table and an index out of range give the English text; a slot beyond the English table gives the empty
+    // text.
     std::wstring_view Text(int slot) const;
 
   private:
@@ -32,9 +33,9 @@ class Language {
 // The index for a language identifier of the platform (LANGID); English for any that is not listed.
 int LanguageIndexFromIdentifier(std::uint16_t identifier);
 
-// Chooses the language at start: the setting "Language" in section "Options", unless the file is missing or the value is
-// exactly "-1"; then the user's interface language (1024 when the system cannot tell). Numbers are read like any other
-// setting (leading digits, 0 when none) and are not changed here.
+// Chooses the language at start: the setting "Language" in section "Options", unless the file is missing or the value
+// is exactly "-1"; then the user's interface language (1024 when the system cannot tell). Numbers are read like any
+// other setting (leading digits, 0 when none) and are not changed here.
 int ChooseLanguage(const SettingsStore& settings, std::optional<std::uint16_t> userInterfaceLanguage);
 
 }  // namespace corvina::i18n
