@@ -18,15 +18,17 @@ struct WriterValue {
     enum class Kind { Text, UInt32, UInt64, Int32, HexInt32, HexInt64, Boolean, Guid, Sid, FileTime, Binary };
     std::wstring Name;  // the Name attribute of its Data element; empty for none
     Kind Type = Kind::Text;
-    std::wstring Text;                 // Kind::Text
-    std::uint64_t Number = 0;          // the integer kinds, Boolean and FileTime
-    std::vector<std::byte> Bytes;      // Guid (16 bytes), Sid, Binary
+    std::wstring Text;             // Kind::Text
+    std::uint64_t Number = 0;      // the integer kinds, Boolean and FileTime
+    std::vector<std::byte> Bytes;  // Guid (16 bytes), Sid (one whole valid identifier), Binary
 };
 
 // An event to be written. System.EventRecordId is given by the writer when it is absent.
 struct WriterEvent {
     SystemValues System;
-    // Classic events have an EventID with qualifiers, no provider GUID and unnamed Data elements; all follow from the values.
+    // Classic events have an EventID with qualifiers, no provider GUID and unnamed Data elements; all follow from the
+    // values. An unnamed value of bytes is the Binary element of a classic event. EventData is written even when there
+    // are no values.
     std::vector<WriterValue> Data;
 };
 
@@ -38,11 +40,12 @@ class LogFileWriter {
     LogFileWriter(const LogFileWriter&) = delete;
     LogFileWriter& operator=(const LogFileWriter&) = delete;
 
-    // Adds one event. Returns 0, or an error code: 87 when the event does not fit into a chunk, otherwise the file
-    // system's. After an error nothing more can be added.
+    // Adds one event. Returns 0, or an error code: 87 when the event does not fit into a chunk or one of its values is
+    // not of its kind, otherwise the file system's. After an error nothing more can be added.
     std::uint32_t Add(const WriterEvent& event);
 
     // Writes what is left and the file's header, and renames the file to its target. Returns 0 or an error code.
+    // Without any event the log is an empty one.
     std::uint32_t Finish();
 
   private:

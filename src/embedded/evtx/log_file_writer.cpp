@@ -1,0 +1,179 @@
+#include "embedded/evtx/log_file_writer.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+#include <zlib.h>
+
+#include "embedded/evtx/log_file.h"
+#include "embedded/evtx/writer_chunk.h"
+#include "embedded/evtx/writer_file.h"
+#include "platform/error_codes.h"
+
+namespace corvina::evtx {
+namespace {
+
+// More characters than these fit into no chunk.
+constexpr std::size_t LongestText = ChunkSize / 2;
+
+bool IsSid(const std::vector<std::byte>& bytes) {
+    return SidLength(bytes) == bytes.size() && !bytes.empty();
+}
+
+bool IsWritable(const WriterValue& value) {
+    if (value.Text.size() > LongestText || value.Name.size() > LongestText || value.Bytes.size() > ChunkSize) {
+        return false;
+    }
+    switch (value.Type) {
+        case WriterValue::Kind::Guid:
+            return value.Bytes.size() == std::tuple_size_v<GuidBytes>;
+        case WriterValue::Kind::Sid:
+            return IsSid(value.Bytes);
+        default:
+            return true;
+    }
+}
+
+// Whether the event can be written at all: readers would call a malformed value, or one cut off, damage.
+bool IsWritable(const WriterEvent& event) {
+    const SystemValues& system = event.System;
+    const std::size_t longest = std::max(std::max(system.ProviderName.size(), system.EventSourceName.size()),
+                                         std::max(system.Channel.size(), system.Computer.size()));
+    if (longest > LongestText || (!system.UserSid.empty() && !IsSid(system.UserSid))) {
+        return false;
+    }
+    // Every value takes at least its descriptor.
+    return event.Data.size() < ChunkSize / 4 && std::all_of(event.Data.begin(), event.Data.end(),
+                                                            [](const WriterValue& value) { return IsWritable(value); });
+}
+
+std::string FileHeaderBlock(std::uint64_t chunkCount, std::uint64_t nextRecordId) {
+    std::string block("ElfFile\0", 8);
+    AppendInteger(block, 0, 8);
+    AppendInteger(block, chunkCount - 1, 8);
+    AppendInteger(block, nextRecordId, 8);
+    AppendInteger(block, 128, 4);
+    AppendInteger(block, 1, 2);
+    AppendInteger(block, 3, 2);
+    AppendInteger(block, FileHeaderSize, 2);
+    AppendInteger(block, chunkCount, 2);
+    block.resize(120, '\0');
+    const uLong checksum = crc32(0, reinterpret_cast<const Bytef*>(block.data()), 120);
+    AppendInteger(block, 0, 4);
+    AppendInteger(block, checksum, 4);
+    block.resize(FileHeaderSize, '\0');
+    return block;
+}
+
+}  // namespace
+
+struct LogFileWriter::State {
+    State(std::filesystem::path target, std::uint64_t firstRecordId)
+        : File(std::move(target)), NextRecordId(firstRecordId) {}
+
+    std::uint32_t Add(const WriterEvent& event);
+    std::uint32_t Finish();
+
+    // Runs a step unless an earlier one failed. The first failure is kept, and takes the temporary file with it.
+    template <typename Step>
+    std::uint32_t Run(Step step) {
+        if (Failure == error::Success) {
+            try {
+                Failure = step();
+            } catch (const std::bad_alloc&) {
+                Failure = error::OutOfMemory;
+            } catch (const std::filesystem::filesystem_error&) {
+                Failure = error::AccessDenied;
+            }
+            if (Failure != error::Success) {
+                File.Discard();
+            }
+        }
+        return Failure;
+    }
+
+  private:
+    // Room for the header is made with the first bytes, so that chunks follow one another without seeking.
+    std::uint32_t Begin();
+    std::uint32_t WriteChunk();
+
+    WriterFile File;
+    ChunkBuilder Chunk;
+    std::uint64_t NextRecordId;
+    std::uint64_t RecordCount = 0;
+    std::uint64_t ChunkCount = 0;
+    std::uint32_t Failure = error::Success;
+    bool Begun = false;
+    bool Finished = false;
+};
+
+std::uint32_t LogFileWriter::State::Begin() {
+    if (Begun) {
+        return error::Success;
+    }
+    Begun = true;
+    const std::uint32_t failure = File.Create();
+    return failure != error::Success ? failure : File.Append(std::string(FileHeaderSize, '\0'));
+}
+
+std::uint32_t LogFileWriter::State::WriteChunk() {
+    const std::uint32_t failure = File.Append(Chunk.Seal());
+    ++ChunkCount;
+    Chunk.Start(RecordCount + 1);
+    return failure;
+}
+
+std::uint32_t LogFileWriter::State::Add(const WriterEvent& event) {
+    if (Finished || !IsWritable(event)) {
+        return error::InvalidParameter;
+    }
+    if (const std::uint32_t failure = Begin(); failure != error::Success) {
+        return failure;
+    }
+    const std::uint64_t recordId = event.System.EventRecordId.value_or(NextRecordId);
+    if (!Chunk.Append(event, recordId)) {
+        if (Chunk.IsEmpty()) {
+            return error::InvalidParameter;
+        }
+        if (const std::uint32_t failure = WriteChunk(); failure != error::Success) {
+            return failure;
+        }
+        if (!Chunk.Append(event, recordId)) {
+            return error::InvalidParameter;
+        }
+    }
+    ++RecordCount;
+    NextRecordId = std::max(NextRecordId, recordId + 1);
+    return error::Success;
+}
+
+std::uint32_t LogFileWriter::State::Finish() {
+    if (Finished) {
+        return error::InvalidParameter;
+    }
+    Finished = true;
+    std::uint32_t failure = Begin();
+    // A log without events has one chunk without records, as the platform makes it.
+    if (failure == error::Success && (!Chunk.IsEmpty() || ChunkCount == 0)) {
+        failure = WriteChunk();
+    }
+    if (failure == error::Success) {
+        failure = File.WriteFront(FileHeaderBlock(ChunkCount, NextRecordId));
+    }
+    return failure != error::Success ? failure : File.Commit();
+}
+
+LogFileWriter::LogFileWriter(std::filesystem::path target, std::uint64_t firstRecordId)
+    : state_(std::make_unique<State>(std::move(target), firstRecordId)) {}
+
+LogFileWriter::~LogFileWriter() = default;
+
+std::uint32_t LogFileWriter::Add(const WriterEvent& event) {
+    return state_->Run([&] { return state_->Add(event); });
+}
+
+std::uint32_t LogFileWriter::Finish() {
+    return state_->Run([this] { return state_->Finish(); });
+}
+
+}  // namespace corvina::evtx

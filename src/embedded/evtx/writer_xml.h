@@ -1,0 +1,85 @@
+// Binary XML as it is written into a chunk: names stored once a chunk and chained in its hash buckets, elements whose
+// lengths are known only when they end, and template instances. Format: the published descriptions of the .evtx format.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/identifiers.h"
+
+namespace corvina::evtx {
+
+// Types of binary XML values.
+enum class ValueType : std::uint8_t {
+    Null = 0x00,
+    Text = 0x01,
+    UInt8 = 0x04,
+    UInt16 = 0x06,
+    Int32 = 0x07,
+    UInt32 = 0x08,
+    UInt64 = 0x0A,
+    Boolean = 0x0D,
+    Binary = 0x0E,
+    Guid = 0x0F,
+    FileTime = 0x11,
+    Sid = 0x13,
+    HexInt32 = 0x14,
+    HexInt64 = 0x15,
+    BinaryXml = 0x21,
+};
+
+inline constexpr std::size_t StringBuckets = 64;
+inline constexpr std::size_t TemplateBuckets = 32;
+inline constexpr std::uint16_t NoDependency = 0xFFFF;
+
+// The tables of a chunk's header: per bucket the offset of its newest entry, 0 for none.
+struct ChunkTables {
+    std::array<std::uint32_t, StringBuckets> Strings{};
+    std::array<std::uint32_t, TemplateBuckets> Templates{};
+};
+
+// Little-endian integers at the end of, or inside, a byte text.
+void AppendInteger(std::string& bytes, std::uint64_t value, std::size_t size);
+void PutInteger(std::string& bytes, std::size_t offset, std::uint64_t value, std::size_t size);
+std::uint64_t IntegerAt(const std::string& bytes, std::size_t offset, std::size_t size);
+
+// Writes at the end of a chunk's bytes, whose first byte is the chunk's first: offsets in the format are sizes of the
+// text.
+class BinaryXmlWriter {
+  public:
+    BinaryXmlWriter(std::string& chunk, ChunkTables& tables) : chunk_(chunk), tables_(tables) {}
+
+    // Where an open element's lengths stand, to be filled in later.
+    struct Element {
+        std::size_t LengthOffset = 0;
+        std::size_t AttributesOffset = 0;  // 0 for an element without attributes
+    };
+
+    // A dependency is the slot without whose value the element is left out.
+    Element Open(std::string_view name, bool hasAttributes, std::uint16_t dependency = NoDependency);
+    void Attribute(std::string_view name, bool moreFollow);
+    void Text(std::wstring_view text);
+    void Substitution(std::uint16_t slot, ValueType type, bool optional);
+    void CloseStart(const Element& element);  // ">"
+    void CloseEmpty(const Element& element);  // "/>", which ends the element
+    void End(const Element& element);
+    void FragmentHeader();
+    void EndOfFragment();
+
+    // The front of a template instance, up to the definition or the count of its values. With `definition` 0 the
+    // definition follows here: its head is written, chained into its bucket, and must be ended with EndDefinition.
+    std::uint32_t Instance(const GuidBytes& identifier, std::uint32_t definition);
+    void EndDefinition(std::uint32_t definition);
+
+  private:
+    void Name(std::string_view name);
+    void EndAttributes(const Element& element);
+    void EndElement(const Element& element);
+
+    std::string& chunk_;
+    ChunkTables& tables_;
+};
+
+}  // namespace corvina::evtx
