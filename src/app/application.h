@@ -10,7 +10,9 @@
 #include <string_view>
 #include <vector>
 
+#include "app/key_commands.h"
 #include "app/main_window_view.h"
+#include "app/menus.h"
 #include "details/details_pane_view.h"
 #include "eventlog/load_view.h"
 #include "eventlog/log_tree.h"
@@ -62,20 +64,6 @@ struct Views {
     LogTreeView& Tree;
     LoadView& Load;
     DetailsPaneView& Details;
-};
-
-// One entry of a popup menu as it stands when it opens.
-struct MenuEntry {
-    std::uint32_t Command = 0;  // 0: a separator
-    std::wstring Text;
-    bool Enabled = false;
-};
-
-// A key that was released, with the state of the Ctrl key.
-struct KeyRelease {
-    std::uint32_t VirtualKey = 0;  // the platform's virtual-key code
-    bool Control = false;
-    bool Shift = false;
 };
 
 class Application {
