@@ -1,0 +1,95 @@
+# Running Windows programs: a Wine of one's own for each command, so that commands do not meet each other's processes, and
+# a display without a screen. To be sourced after common.sh. Everything that is started here ends with the script.
+# shellcheck shell=bash disable=SC2154
+
+wine_template=$build/wine/template
+
+# Starts a display on a free number and sets DISPLAY. Nobody else can tell which number is free without a race, so the
+# server itself chooses one and writes it to a file.
+StartDisplay() {
+    local number_file
+    number_file=$(mktemp "$build/display.XXXXXX")
+    Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset 3>"$number_file" >"$logs/display.log" 2>&1 </dev/null &
+    display_process=$!
+    AtExit StopDisplay
+    if ! WaitFor 30 test -s "$number_file"; then
+        tail -n 20 "$logs/display.log" >&2
+        rm -f "$number_file"
+        Fail "no display could be started; see $logs/display.log"
+    fi
+    DISPLAY=:$(tr -d '[:space:]' <"$number_file")
+    export DISPLAY
+    rm -f "$number_file"
+}
+
+StopDisplay() {
+    kill "$display_process" 2>/dev/null || true
+    wait "$display_process" 2>/dev/null || true
+}
+
+# Starts with a fresh Wine in WINEPREFIX. Its Windows folder shares the template's files, which Wine never writes to.
+StartWine() {
+    export WINEDEBUG=-all
+    # No offers to download browsers and run-time systems, no entries in the user's menus.
+    export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe="
+    # Texts and pictures must not depend on who runs the command.
+    export LC_ALL=C.UTF-8
+    RemoveLeftWines
+    MakeWineTemplate
+    export WINEPREFIX=$build/wine/process-$$
+    AtExit StopWine
+    mkdir "$WINEPREFIX"
+    cp -al "$wine_template/." "$WINEPREFIX/"
+    # The registry and the system's settings are written to, so they must not be shared.
+    (
+        cd "$wine_template" || exit
+        find . -xdev \( -name '*.reg' -o -name '*.ini' \) -type f \
+            -exec cp -a --parents --remove-destination -t "$WINEPREFIX" {} +
+    )
+}
+
+MakeWineTemplate() {
+    local version
+    version=$(wine --version)
+    if [[ -f $wine_template/made-by && $(<"$wine_template/made-by") == "$version" ]]; then
+        return
+    fi
+    local fresh=$build/wine/process-$$
+    mkdir -p "$fresh"
+    export WINEPREFIX=$fresh
+    AtExit StopWine
+    RunOrFail "Preparing Wine" 300 "$logs/wine.log" wineboot --init
+    RunBounded 120 "$logs/wine.log" wineserver -w || Fail "Wine did not come to rest; see $logs/wine.log"
+    printf '%s\n' "$version" >"$fresh/made-by"
+    rm -rf "$wine_template"
+    mv "$fresh" "$wine_template"
+}
+
+# Ends every Windows process of this command and removes its Wine.
+StopWine() {
+    if [[ -n ${WINEPREFIX:-} && -d $WINEPREFIX && $WINEPREFIX == "$build"/wine/process-* ]]; then
+        timeout 30 wineserver -k 2>/dev/null || true
+        timeout 30 wineserver -w 2>/dev/null || true
+        rm -rf "$WINEPREFIX"
+    fi
+}
+
+# What a killed command left behind; the number in the name is the command's process.
+RemoveLeftWines() {
+    local folder
+    for folder in "$build"/wine/process-*; do
+        if [[ -d $folder ]] && ! kill -0 "${folder##*-}" 2>/dev/null; then
+            (
+                export WINEPREFIX=$folder
+                StopWine
+            )
+        fi
+    done
+}
+
+# The name by which Windows programs know a file: Wine shows the whole file system as drive Z.
+WindowsPath() {
+    local path
+    path=$(realpath -- "$1")
+    printf '%s' "Z:${path//\//\\}"
+}
