@@ -1,5 +1,7 @@
 #include "base/identifiers.h"
 
+#include "base/parse_number.h"
+
 namespace corvina {
 
 namespace {
@@ -15,19 +17,6 @@ constexpr bool DashBefore(std::size_t index) {
 constexpr std::size_t SidHeaderSize = 8;
 constexpr std::size_t MaximumSubAuthorities = 15;
 constexpr std::uint64_t MaximumAuthority = 0xFFFF'FFFF'FFFF;
-
-std::optional<unsigned> HexDigitValue(wchar_t digit) {
-    if (digit >= L'0' && digit <= L'9') {
-        return static_cast<unsigned>(digit - L'0');
-    }
-    if (digit >= L'a' && digit <= L'f') {
-        return static_cast<unsigned>(digit - L'a') + 10;
-    }
-    if (digit >= L'A' && digit <= L'F') {
-        return static_cast<unsigned>(digit - L'A') + 10;
-    }
-    return std::nullopt;
-}
 
 void AppendDecimal(std::uint64_t number, std::wstring& text) {
     std::array<wchar_t, 20> digits;
@@ -68,30 +57,9 @@ std::uint32_t SubAuthority(std::span<const std::byte> sid, std::size_t index) {
 // Takes the part of a security identifier up to the next dash off the front of `text`: decimal, or hexadecimal with
 // "0x".
 std::optional<std::uint64_t> TakeSidNumber(std::wstring_view& text, std::uint64_t highest) {
-    const std::size_t dash = text.find(L'-');
-    std::wstring_view digits = text.substr(0, dash);
-    text = dash == std::wstring_view::npos ? std::wstring_view() : text.substr(dash);
-    std::uint64_t base = 10;
-    if (digits.starts_with(L"0x") || digits.starts_with(L"0X")) {
-        base = 16;
-        digits.remove_prefix(2);
-    }
-    if (digits.empty()) {
-        return std::nullopt;
-    }
-    std::uint64_t number = 0;
-    for (const wchar_t digit : digits) {
-        const std::optional<unsigned> value = HexDigitValue(digit);
-        if (!value || *value >= base) {
-            return std::nullopt;
-        }
-        // `highest` has at most 48 bits, so this cannot overflow.
-        number = number * base + *value;
-        if (number > highest) {
-            return std::nullopt;
-        }
-    }
-    return number;
+    const std::wstring_view digits = text.substr(0, text.find(L'-'));
+    text.remove_prefix(digits.size());
+    return ParseUnsigned(digits, highest);
 }
 
 }  // namespace

@@ -1,10 +1,11 @@
 // Providers' instrumentation manifests: the texts of messages, levels, tasks, opcodes and keywords.
-// Format: the platform's published event manifest schema (instrumentationManifest / instrumentation / events / provider).
+// Format: the platform's published event manifest schema (instrumentationManifest / instrumentation / events /
+// provider).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -15,6 +16,10 @@
 #include "base/identifiers.h"
 
 namespace corvina::publisher {
+
+// The largest manifest that is read, in bytes. The platform's own have a few megabytes at most; hostile XML takes some
+// twenty times its size in memory.
+inline constexpr std::size_t LargestManifest = std::size_t{16} << 20;
 
 struct NamedValue {
     std::wstring Name;  // the symbolic name, "win:Error" or "Vendor:Work"
@@ -29,9 +34,9 @@ struct EventDefinition {
     std::uint16_t Task = 0;
     std::uint8_t Opcode = 0;
     std::uint64_t Keywords = 0;
-    std::wstring Channel;  // the channel's path
-    bool HasMessage = false;
-    std::wstring Message;  // with %1 ... %99, unexpanded
+    std::wstring Channel;     // the channel's path
+    bool HasMessage = false;  // false also when the message that the manifest names is not there
+    std::wstring Message;     // with %1 ... %99, unexpanded
     std::wstring Template;
 };
 
@@ -51,14 +56,16 @@ class Publisher {
     std::wstring HelpLink;
     std::wstring Message;  // the provider's display name
     std::vector<ChannelReference> Channels;
+    // Sorted by value, which the look-ups rely on.
     std::vector<NamedValue> Levels;
     std::vector<NamedValue> Tasks;
     std::vector<NamedValue> Opcodes;  // Value: opcode in the low 16 bits, the owning task (0 for any) above them
     std::vector<NamedValue> Keywords;
-    std::vector<EventDefinition> Events;
+    std::vector<EventDefinition> Events;  // sorted by id, then version
 
-    // Display texts; none when the provider and the platform's standard values have none. An event is looked for with its
-    // version first, then with any version.
+    // Display texts; none when the provider and the platform's standard values have none. An event is looked for with
+    // its version first, then with the nearest older one, then with the nearest newer one. The texts of keywords stand
+    // in the order of the provider's masks, then the standard ones.
     const EventDefinition* FindEvent(std::uint32_t id, std::uint8_t version) const;
     std::optional<std::wstring> LevelText(std::uint8_t level) const;
     std::optional<std::wstring> TaskText(std::uint16_t task) const;
@@ -71,21 +78,25 @@ std::optional<std::wstring> StandardLevelText(std::uint8_t level);
 std::optional<std::wstring> StandardOpcodeText(std::uint8_t opcode);
 std::vector<std::wstring> StandardKeywordTexts(std::uint64_t mask);
 
-// Reads a manifest. Anything that is not XML or not a manifest gives no publishers. `problems` receives a line for each
-// message reference without a text and the like; it may be null.
+// Reads a manifest in UTF-8 or UTF-16, of at most LargestManifest bytes. Anything larger, not XML or not a manifest
+// gives no publishers. Texts are taken from the culture en-US, those that it lacks from the others in order. `problems`
+// receives a line for each message reference without a text and the like (at most 1,000); it may be null.
 std::vector<Publisher> ReadManifest(std::span<const std::byte> bytes, std::vector<std::wstring>* problems);
 
-// Fills %1 to %99 (with or without a "!format!"), %n, %t, %r, %b, %0, %%, %. and %! of a message. `missing` is set when a
-// value that the message names is not there: its place is then left as it stands ("%7").
+// Fills %1 to %99 (with or without a "!format!"), %n, %t, %r, %b, %0, %%, %. and %! of a message. `missing` is set when
+// a value that the message names is not there: its place is then left as it stands ("%7"). `missing` is cleared
+// otherwise. Results end after 16 Mi characters.
 std::wstring ExpandMessage(std::wstring_view message, std::span<const std::wstring> values, bool& missing);
 
-// The manifests of one folder ("*.man"), read on first use.
+// The manifests of one folder ("*.man"), read on first use. Of two that describe the same provider the first one
+// counts, by file name. May be used from several threads at once.
 class PublisherFolder {
   public:
     explicit PublisherFolder(std::filesystem::path folder);
     ~PublisherFolder();
 
-    // The provider of that name (exact, then without regard to case), none when no manifest describes it.
+    // The provider of that name (exact, then without regard to the case of ASCII letters), none when no manifest
+    // describes it.
     std::shared_ptr<const Publisher> Find(std::wstring_view name);
 
     // All names, sorted.
