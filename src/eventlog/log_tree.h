@@ -35,9 +35,9 @@ struct LogTreeNode {
     NodeKind Kind = NodeKind::Folder;
     NodeIcon Icon = NodeIcon::Folder;
     std::wstring Caption;
-    std::wstring Key;                  // computer: its name; saved log: its key in the settings; otherwise empty
-    std::int32_t ChannelIndex = -1;    // channel: index of its record in its computer's list
-    std::uint32_t ComputerIndex = 0;   // computer: index of its channel list
+    std::wstring Key;                 // computer: its name; saved log: its key in the settings; otherwise empty
+    std::int32_t ChannelIndex = -1;   // channel: index of its record in its computer's list
+    std::uint32_t ComputerIndex = 0;  // computer: index of its channel list
 };
 
 // What shows the tree. All calls come from LogTree.
@@ -57,13 +57,14 @@ class LogTree {
     // `view` may be null; it must outlive the tree.
     explicit LogTree(LogTreeView* view) : view_(view) {}
 
-    // Inserts a node as the last child of `parent` (NodeId::None for a root). `node.Id`, `Parent` and `Children` are set here.
+    // Inserts a node as the last child of `parent` (NodeId::None for a root). `node.Id`, `Parent` and `Children` are
+    // set here.
     NodeId Insert(NodeId parent, LogTreeNode node);
     void Remove(NodeId node);
     void Clear();
     void SetCaption(NodeId node, std::wstring caption);
     void Expand(NodeId node);
-    void Select(NodeId node);              // by the program: the view follows
+    void Select(NodeId node);  // by the program: the view follows
     void SelectionChangedByUser(NodeId node) { selected_ = node; }
 
     const LogTreeNode* Find(NodeId node) const;  // null when it does not exist (any more)
@@ -74,8 +75,8 @@ class LogTree {
     // The first direct child whose caption equals the text exactly, or none.
     NodeId FindChildByCaption(NodeId parent, std::wstring_view caption) const;
 
-    // The node that a path of captions such as "Windows Logs/System" names below the first computer; the counts behind log
-    // names are left out, and a caption may hold "/" itself. None when there is no such node.
+    // The node that a path of captions such as "Windows Logs/System" names below the first computer; the counts behind
+    // log names are left out, and a caption may hold "/" itself. None when there is no such node.
     NodeId FindByPath(std::wstring_view path) const;
 
   private:

@@ -22,8 +22,9 @@ class RowStore {
     RowStore(const RowStore&) = delete;
     RowStore& operator=(const RowStore&) = delete;
 
-    // Destroys all rows and texts and fixes the columns that rows are rendered with from now on. Slot n of a row is the text of
-    // the n-th visible column; since all rows of a view share their columns, the slots are kept once, not per row.
+    // Destroys all rows and texts and fixes the columns that rows are rendered with from now on. Slot n of a row is the
+    // text of the n-th visible column; since all rows of a view share their columns, the slots are kept once, not per
+    // row.
     void Reset(const VisibleColumns& columns);
     const VisibleColumns& Columns() const;
 
