@@ -1,0 +1,22 @@
+// Identifiers of the program's resources apart from its menus. Also included by the resource script: plain definitions only.
+#pragma once
+
+#define CORVINA_STRING_WINDOW_CLASS 109
+#define CORVINA_STRING_WINDOW_TITLE 138
+
+#define CORVINA_ACCELERATORS 109
+
+#define CORVINA_ICON_PROGRAM 107
+#define CORVINA_ICON_PROGRAM_SMALL 108
+
+#define CORVINA_ICON_INFORMATION 200
+#define CORVINA_ICON_WARNING 201
+#define CORVINA_ICON_ERROR 202
+#define CORVINA_ICON_AUDIT_SUCCESS 203
+#define CORVINA_ICON_AUDIT_FAILED 204
+#define CORVINA_ICON_CRITICAL 205
+#define CORVINA_ICON_VERBOSE 206
+
+#define CORVINA_ICON_LOG 210
+#define CORVINA_ICON_FOLDER 211
+#define CORVINA_ICON_COMPUTER 212

@@ -1,0 +1,14 @@
+#include "ui/win32/visual_style.h"
+
+namespace corvina::ui {
+
+VisualStyles::VisualStyles()
+    : library_(L"uxtheme.dll"), setWindowTheme_(library_.Find<SetWindowThemeFunction>("SetWindowTheme")) {}
+
+void VisualStyles::Set(HWND control, const wchar_t* style) const {
+    if (setWindowTheme_ != nullptr) {
+        setWindowTheme_(control, style, nullptr);
+    }
+}
+
+}  // namespace corvina::ui
