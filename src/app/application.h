@@ -107,8 +107,20 @@ class Application {
     // Whether the rows of the event list take colours by their level.
     bool ColorsRowsByLevel() const;
 
-  private:
+    // What the application owns; for the parts of this room only.
     struct State;
+
+  private:
+    void SelectNamedNode();
+    void SelectNode(NodeId node);
+    void LoadNode(NodeId node);
+    void ForgetLostSavedLogs();
+    void OpenSavedLog();
+    void RemoveSelectedSavedLog();
+    void RemoveSelectedRows();
+    void ChooseColumns();
+    MenuSituation Situation() const;
+
     std::unique_ptr<State> state_;
 };
 

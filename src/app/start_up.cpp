@@ -1,0 +1,135 @@
+#include "app/start_up.h"
+
+#include "app/privileges.h"
+#include "app/setting_text.h"
+#include "app/version.h"
+#include "base/format_text.h"
+
+namespace corvina {
+namespace {
+
+constexpr std::wstring_view OptionsSection = L"Options";
+constexpr std::wstring_view LanguageKey = L"Language";
+constexpr int DefaultSplitter = 250;  // pixels
+
+constexpr int EventViewerSlot = 0;
+constexpr int VersionSlot = sizeof(void*) == 8 ? 245 : 246;
+
+std::wstring WideVersion() {
+    const std::string_view version = CORVINA_VERSION_TEXT;
+    return std::wstring(version.begin(), version.end());
+}
+
+// Dark windows came with this build of the system; older ones are not even asked.
+bool MayHaveDarkMode(const WindowsVersion& version) {
+    constexpr std::uint32_t FirstDarkBuild = 17631;
+    return version.Major > 10 || (version.Major == 10 && (version.Minor != 0 || version.Build >= FirstDarkBuild));
+}
+
+}  // namespace
+
+void StartUp::Run() {
+    CreateFolders();
+    ProbeDarkMode();
+    OpenSettings();
+    ChooseTheme();
+    state_.Values.VerticalSplitter = DefaultSplitter;
+    state_.Values.HorizontalSplitter = DefaultSplitter;
+    ChooseLanguage();
+    ReadSplitters(*state_.Settings, state_.Values);
+    state_.Columns.LoadColumnSettings(*state_.Settings, state_.Language);
+    state_.Shown.Window.InitializeCom();
+    state_.Shown.Window.CreateToolTip();
+    ReadGridLinesAndUpdates(*state_.Settings, state_.Values);
+    CreateControls();
+    OpenEventLog();
+    if (EnablePrivileges()) {
+        FinishWindow();
+    }
+}
+
+void StartUp::CreateFolders() {
+    SystemServices& system = state_.System.System;
+    state_.Folders = ProgramFolders(system.ModulePath());
+    const ProgramFolders& folders = state_.Folders;
+    for (const std::wstring& folder : {folders.Settings(), folders.Xml(), folders.Temporary(), folders.Update()}) {
+        if (!system.FolderExists(folder)) {
+            system.CreateFolders(folder);
+        }
+    }
+}
+
+void StartUp::ProbeDarkMode() {
+    if (MayHaveDarkMode(state_.System.System.Version())) {
+        const DarkModeSupport support = state_.Shown.Window.ProbeDarkMode();
+        state_.Scheme.SetSystem(support.IsSupported, support.SystemAsksForDark);
+    }
+}
+
+void StartUp::OpenSettings() {
+    state_.Settings = state_.System.Factory.OpenSettings(state_.Folders.SettingsFile());
+}
+
+void StartUp::ChooseTheme() {
+    state_.Values.CurrTheme = ReadDisplayMode(*state_.Settings, state_.Scheme.SupportsDarkMode());
+    state_.Scheme.Apply(state_.Values.CurrTheme);
+}
+
+void StartUp::ChooseLanguage() {
+    SettingsStore& settings = *state_.Settings;
+    const bool isFirstRun = settings.ReadSetting(OptionsSection, LanguageKey, L"-1") == L"-1";
+    state_.Language.SetIndex(i18n::ChooseLanguage(settings, state_.System.System.UserInterfaceLanguage()));
+    if (isFirstRun) {
+        settings.WriteSetting(OptionsSection, LanguageKey, FormatText(L"%i", {state_.Language.Index()}));
+    }
+    // The number that options show. Where settings cannot be written it differs from the language that is spoken.
+    state_.Values.LanguageIndex = ReadLanguageIndex(settings);
+}
+
+void StartUp::CreateControls() {
+    MainWindowView& window = state_.Shown.Window;
+    window.SetSplitters(state_.Values.VerticalSplitter, state_.Values.HorizontalSplitter);
+    window.CreateControls();
+    window.SetListColumns(state_.Columns.Shown());
+    state_.HasControls = true;
+}
+
+void StartUp::OpenEventLog() {
+    const std::wstring computer = state_.System.System.ComputerName();
+    const std::wstring store = state_.Settings->ReadSetting(L"EventStore", L"Folder", L"");
+    state_.Logs = std::make_unique<LogObjects>(
+        state_.System.Factory.OpenEventLog(store, state_.Folders.Base(), computer),
+        LogSurroundings{state_.System, state_.Shown, state_.Language, *state_.Settings, state_.Rows, state_.Tree});
+    state_.Rows.Reset(state_.Columns.Visible());
+    state_.Logs->Loader.SetVisibleColumns(state_.Columns.Visible());
+    state_.Logs->Session.SetCurrentComputer(computer);
+    state_.Logs->Builder.BuildLocalTree(computer);
+    state_.Shown.Window.SetTitle(FormatText(L"%s - %s", {state_.Language.Text(EventViewerSlot), computer}));
+    state_.Shown.Load.SetStatusText(L"");
+}
+
+bool StartUp::EnablePrivileges() {
+    if (!state_.System.Privileges.Open()) {
+        return false;
+    }
+    EnableProgramPrivileges(state_.System.Privileges, state_.System.Debug);
+    state_.Shown.Window.SetTexts();
+    return true;
+}
+
+void StartUp::FinishWindow() {
+    MainWindowView& window = state_.Shown.Window;
+    ReadColorListView(*state_.Settings, state_.Values);
+    window.ApplyTheme();
+    RestoreWindow(*state_.Settings, window);
+    window.SetGridLines(state_.Values.GridLines);
+    ShowVersion();
+    window.Repaint();
+    window.Focus(FocusStation::Tree);
+}
+
+void StartUp::ShowVersion() {
+    state_.Shown.Window.SetVersionText(FormatText(state_.Language.Text(VersionSlot), {WideVersion()}));
+}
+
+}  // namespace corvina
