@@ -1,0 +1,57 @@
+# A table of interface texts with a mistake in it has to stop the build. Starts from the English one, which has none.
+cmake_policy(VERSION 3.23)
+file(READ "${ENGLISH}" good)
+
+function(generate name text result)
+  file(WRITE "${FOLDER}/${name}.txt" "${text}")
+  execute_process(
+    COMMAND "${CMAKE_COMMAND}" "-DTABLE=${FOLDER}/${name}.txt" -DLANGUAGE=tried "-DOUTPUT=${FOLDER}/${name}.cpp"
+      -P "${SCRIPT}"
+    RESULT_VARIABLE code ERROR_VARIABLE problem OUTPUT_QUIET)
+  set(${result} "${code}" PARENT_SCOPE)
+  set(problem "${problem}" PARENT_SCOPE)
+endfunction()
+
+function(expect_refusal name text)
+  if(text STREQUAL good)
+    message(FATAL_ERROR "${name}: the text to change is no longer in the English table")
+  endif()
+  generate("${name}" "${text}" code)
+  if(code EQUAL 0)
+    message(FATAL_ERROR "${name}: accepted")
+  endif()
+  message(STATUS "${name}: ${problem}")
+endfunction()
+
+generate(good "${good}" code)
+if(NOT code EQUAL 0)
+  message(FATAL_ERROR "the English table was refused: ${problem}")
+endif()
+
+string(REPLACE "\n28 Open...\n" "\n" changed "${good}")
+expect_refusal(missing_slot "${changed}")
+string(REPLACE "\n28 Open...\n" "\n28 Open...\n28 Open...\n" changed "${good}")
+expect_refusal(doubled_slot "${changed}")
+string(REPLACE "\n252 Use theme in list view\n253\n" "\n" changed "${good}")
+expect_refusal(too_short "${changed}")
+expect_refusal(too_long "${good}254 more\n")
+string(REPLACE "\n28 Open...\n" "\n28 Open... \n" changed "${good}")
+expect_refusal(blank_at_the_end "${changed}")
+string(REPLACE "\n28 Open...\n" "\n28  Open...\n" changed "${good}")
+expect_refusal(blank_at_the_start "${changed}")
+string(REPLACE "\n28 Open...\n" "\n28 Open\\q\n" changed "${good}")
+expect_refusal(unknown_escape "${changed}")
+string(REPLACE "\n28 Open...\n" "\n28 Open\\\n" changed "${good}")
+expect_refusal(cut_escape "${changed}")
+string(REPLACE "\n28 Open...\n" "\nOpen...\n" changed "${good}")
+expect_refusal(no_number "${changed}")
+expect_refusal(no_last_line_end "${good}254")
+
+# Texts that CMake's own syntax could take apart come out whole.
+string(REPLACE "\n28 Open...\n" "\n28 a;b [c] \"d\" \${e} \\\\n #f (g) \\n\n" changed "${good}")
+generate(odd_characters "${changed}" code)
+file(READ "${FOLDER}/odd_characters.cpp" generated)
+string(FIND "${generated}" "    L\"a;b [c] \\\"d\\\" \${e} \\\\n #f (g) \\n\",  // 28\n" place)
+if(NOT code EQUAL 0 OR place EQUAL -1)
+  message(FATAL_ERROR "odd characters were changed: ${problem}")
+endif()
