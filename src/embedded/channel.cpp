@@ -1,0 +1,112 @@
+#include "embedded/channel.h"
+
+#include <array>
+#include <utility>
+
+#include "embedded/fold_case.h"
+#include "embedded/path_text.h"
+
+namespace corvina::embedded {
+namespace {
+
+constexpr std::wstring_view LogExtension = L".evtx";
+constexpr std::wstring_view EncodedSlash = L"%4";
+
+constexpr std::array<std::pair<std::wstring_view, EVT_CHANNEL_TYPE>, 4> TypeNames{{
+    {L"Admin", EvtChannelTypeAdmin},
+    {L"Operational", EvtChannelTypeOperational},
+    {L"Analytic", EvtChannelTypeAnalytic},
+    {L"Debug", EvtChannelTypeDebug},
+}};
+
+std::optional<std::uint64_t> ParseNumber(std::wstring_view text) {
+    if (text.empty() || text.size() > 18) {
+        return std::nullopt;
+    }
+    std::uint64_t number = 0;
+    for (const wchar_t digit : text) {
+        if (digit < L'0' || digit > L'9') {
+            return std::nullopt;
+        }
+        number = number * 10 + static_cast<std::uint64_t>(digit - L'0');
+    }
+    return number;
+}
+
+void ApplyBoolean(const IniSection& section, std::wstring_view key, bool& value) {
+    const std::wstring text = FoldCase(section.Find(key).value_or(std::wstring()));
+    if (text == L"true" || text == L"yes" || text == L"1") {
+        value = true;
+    } else if (text == L"false" || text == L"no" || text == L"0") {
+        value = false;
+    }
+}
+
+std::optional<EVT_CHANNEL_TYPE> ParseType(std::wstring_view text) {
+    for (std::size_t index = 0; index < TypeNames.size(); ++index) {
+        if (EqualWithoutCase(text, TypeNames[index].first) || ParseNumber(text) == index) {
+            return TypeNames[index].second;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+Channel MakeChannel(std::wstring path, const std::filesystem::path& folder) {
+    Channel channel;
+    channel.FoldedPath = FoldCase(path);
+    channel.File = folder / PathFromText(FileNameOfChannelPath(path));
+    const std::size_t slash = path.rfind(L'/');
+    if (slash == std::wstring::npos) {
+        // The two logs without a kind that came with the present event log.
+        channel.Classic = path != L"Setup" && path != L"ForwardedEvents";
+    } else {
+        channel.Type = ParseType(std::wstring_view(path).substr(slash + 1)).value_or(EvtChannelTypeOperational);
+    }
+    channel.Path = std::move(path);
+    return channel;
+}
+
+void ApplySettings(const IniSection& section, Channel& channel) {
+    ApplyBoolean(section, L"Enabled", channel.Enabled);
+    ApplyBoolean(section, L"Classic", channel.Classic);
+    ApplyBoolean(section, L"Retention", channel.Retention);
+    ApplyBoolean(section, L"AutoBackup", channel.AutoBackup);
+    if (const auto size = ParseNumber(section.Find(L"MaxSize").value_or(std::wstring()))) {
+        channel.MaximumSize = *size;
+    }
+    if (const auto type = ParseType(section.Find(L"Type").value_or(std::wstring()))) {
+        channel.Type = *type;
+    }
+    if (auto publisher = section.Find(L"Publisher")) {
+        channel.OwningPublisher = std::move(*publisher);
+    }
+}
+
+std::optional<std::wstring> ChannelPathOfFileName(std::wstring_view fileName) {
+    if (fileName.size() <= LogExtension.size() ||
+        !EqualWithoutCase(fileName.substr(fileName.size() - LogExtension.size()), LogExtension)) {
+        return std::nullopt;
+    }
+    std::wstring path(fileName.substr(0, fileName.size() - LogExtension.size()));
+    for (std::size_t at = path.find(EncodedSlash); at != std::wstring::npos; at = path.find(EncodedSlash, at + 1)) {
+        path.replace(at, EncodedSlash.size(), L"/");
+    }
+    return path;
+}
+
+std::wstring FileNameOfChannelPath(std::wstring_view channelPath) {
+    std::wstring name;
+    for (const wchar_t character : channelPath) {
+        if (character == L'/' || character == L'\\') {
+            name += EncodedSlash;  // a backslash never separates folders here, whoever wrote the path
+        } else {
+            name += character;
+        }
+    }
+    name += LogExtension;
+    return name;
+}
+
+}  // namespace corvina::embedded
