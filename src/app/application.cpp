@@ -153,6 +153,7 @@ bool Application::KeyReleased(const KeyRelease& key) {
             return true;
         case KeyAction::ReloadChannel:
             state_->Logs->Selection.Reload();
+            ForgetLostSavedLogs();
             return true;
         case KeyAction::MenuCommand:
             Command(meaning.Command);
@@ -233,6 +234,7 @@ void Application::RemoveSelectedSavedLog() {
         return;
     }
     SavedLogs(*state_->Settings, state_->System.Locale).Remove(node->Key);
+    std::erase_if(state_->VisitedSavedLogs, [selected](const auto& visited) { return visited.first == selected; });
     const NodeId folder = node->Parent;
     state_->Tree.Remove(selected);
     state_->Tree.Select(folder);
@@ -263,6 +265,7 @@ void Application::ChooseColumns() {
     // Texts of hidden columns are never computed, so the view must be loaded once more for those that appear.
     state_->Logs->Loader.SetVisibleColumns(columns.Visible());
     state_->Logs->Selection.RepeatLoad();
+    ForgetLostSavedLogs();
 }
 
 }  // namespace corvina

@@ -18,10 +18,7 @@ LogObjects::LogObjects(std::unique_ptr<EventLogApi> api, const LogSurroundings& 
                 surroundings.System.AccountNames, surroundings.System.Locale, surroundings.System.Debug}),
       Loader({Session, errors_, metadata_, messages_, Renderer, surroundings.Rows, surroundings.Tree,
               surroundings.Shown.Load, surroundings.Settings, surroundings.Language, surroundings.System.Pump,
-              surroundings.System.Debug,
-              [&details = surroundings.Shown.Details](std::wstring_view text) {
-                  details.ShowDetails(text, text, text, L"");
-              }}),
+              surroundings.System.Debug, [this](std::wstring_view text) { Pane.ShowNoEvents(text); }}),
       Details({Session, errors_, messages_, descriptions_, surroundings.Settings, surroundings.Language,
                surroundings.System.Debug}),
       Pane(Details, surroundings.Rows, Loader, surroundings.Shown.Details),
