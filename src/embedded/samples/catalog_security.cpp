@@ -1,0 +1,201 @@
+// Providers of the Security and Setup logs.
+#include "embedded/samples/sample_catalog.h"
+
+namespace corvina::samples {
+namespace {
+
+SampleProvider Auditing() {
+    using enum FieldKind;
+    const auto channel = L"Security";
+    return {
+        .Name = L"Microsoft-Windows-Security-Auditing",
+        .Guid = L"{54849625-5478-4994-A5BA-3E3B0328C30D}",
+        .HasActivities = true,
+        .Tasks = {{L"Logon", 12544, L"Logon"},
+                  {L"Logoff", 12545, L"Logoff"},
+                  {L"SpecialLogon", 12548, L"Special Logon"},
+                  {L"ProcessCreation", 13312, L"Process Creation"},
+                  {L"ProcessTermination", 13313, L"Process Termination"},
+                  {L"UserAccountManagement", 13824, L"User Account Management"},
+                  {L"SecurityGroupManagement", 13826, L"Security Group Management"},
+                  {L"CredentialValidation", 14336, L"Credential Validation"}},
+        .Events =
+            {
+                {.Id = 4624,
+                 .Version = 2,
+                 .Level = 0,
+                 .Task = 12544,
+                 .Keywords = AuditSuccess,
+                 .Channel = channel,
+                 .Weight = 30,
+                 .Fields = {{L"SubjectUserSid", AccountSid},
+                            {L"SubjectUserName", Account},
+                            {L"SubjectDomainName", Domain},
+                            {L"SubjectLogonId", LogonId},
+                            {L"TargetUserSid", AccountSid},
+                            {L"TargetUserName", Account},
+                            {L"TargetDomainName", Domain},
+                            {L"TargetLogonId", LogonId},
+                            {L"LogonType", LogonType},
+                            {L"WorkstationName", Workstation},
+                            {L"LogonGuid", Identifier},
+                            {L"ProcessId", ProcessIdentifier},
+                            {L"ProcessName", ProgramPath},
+                            {L"IpAddress", Address},
+                            {L"IpPort", Port}},
+                 .Message = L"An account has logged on.%n%nRequested by:%n%tSecurity ID:%t%1%n%tAccount:%t%2%n%tDomain:"
+                            L"%t%3%n%tLogon ID:%t%4%n%nNew session:%n%tSecurity ID:%t%5%n%tAccount:%t%6%n%tDomain:%t%7"
+                            L"%n%tLogon ID:%t%8%n%tLogon type:%t%9%n%tLogon GUID:%t%11%n%nOrigin:%n%tWorkstation:%t%10"
+                            L"%n%tAddress:%t%14%n%tPort:%t%15%n%tProcess:%t%12 %13"},
+                {.Id = 4625,
+                 .Level = 0,
+                 .Task = 12544,
+                 .Keywords = AuditFailure,
+                 .Channel = channel,
+                 .Weight = 6,
+                 .Fields = {{L"TargetUserSid", AccountSid},
+                            {L"TargetUserName", Account},
+                            {L"TargetDomainName", Domain},
+                            {L"Status", Status},
+                            {L"FailureReason", Reason},
+                            {L"SubStatus", Status},
+                            {L"LogonType", LogonType},
+                            {L"WorkstationName", Workstation},
+                            {L"IpAddress", Address},
+                            {L"IpPort", Port}},
+                 .Message = L"A logon was refused.%n%nAccount:%n%tSecurity ID:%t%1%n%tName:%t%2%n%tDomain:%t%3%n%n"
+                            L"Why:%n%tReason:%t%5%n%tStatus:%t%4%n%tSub-status:%t%6%n%nLogon type %7 from %8, address "
+                            L"%9, port %10."},
+                {.Id = 4634,
+                 .Level = 0,
+                 .Task = 12545,
+                 .Keywords = AuditSuccess,
+                 .Channel = channel,
+                 .Weight = 22,
+                 .Fields = {{L"TargetUserSid", AccountSid},
+                            {L"TargetUserName", Account},
+                            {L"TargetDomainName", Domain},
+                            {L"TargetLogonId", LogonId},
+                            {L"LogonType", LogonType}},
+                 .Message = L"An account has logged off.%n%nAccount %3\\%2 (%1), logon ID %4, logon type %5."},
+                {.Id = 4672,
+                 .Level = 0,
+                 .Task = 12548,
+                 .Keywords = AuditSuccess,
+                 .Channel = channel,
+                 .Weight = 12,
+                 .Fields = {{L"SubjectUserSid", AccountSid},
+                            {L"SubjectUserName", Account},
+                            {L"SubjectDomainName", Domain},
+                            {L"SubjectLogonId", LogonId}},
+                 .Message = L"A new session was given privileges of an administrator.%n%nAccount:%t%3\\%2%nSecurity ID:"
+                            L"%t%1%nLogon ID:%t%4"},
+                {.Id = 4688,
+                 .Version = 2,
+                 .Level = 0,
+                 .Task = 13312,
+                 .Keywords = AuditSuccess,
+                 .Channel = channel,
+                 .Weight = 16,
+                 .Fields = {{L"SubjectUserSid", AccountSid},
+                            {L"SubjectUserName", Account},
+                            {L"SubjectDomainName", Domain},
+                            {L"SubjectLogonId", LogonId},
+                            {L"NewProcessId", ProcessIdentifier},
+                            {L"NewProcessName", ProgramPath},
+                            {L"ProcessId", ProcessIdentifier},
+                            {L"ParentProcessName", ProgramPath}},
+                 .Message = L"A process was started.%n%nBy:%t%3\\%2 (%1, logon ID %4)%nProcess:%t%5 %6%nParent:%t%7 "
+                            L"%8"},
+                {.Id = 4689,
+                 .Level = 0,
+                 .Task = 13313,
+                 .Keywords = AuditSuccess,
+                 .Channel = channel,
+                 .Weight = 8,
+                 .Fields = {{L"SubjectUserSid", AccountSid},
+                            {L"SubjectUserName", Account},
+                            {L"Status", Status},
+                            {L"ProcessId", ProcessIdentifier},
+                            {L"ProcessName", ProgramPath}},
+                 .Message = L"A process has ended.%n%nProcess:%t%4 %5%nAccount:%t%2 (%1)%nExit status:%t%3"},
+                {.Id = 4720,
+                 .Level = 0,
+                 .Task = 13824,
+                 .Keywords = AuditSuccess,
+                 .Channel = channel,
+                 .Fields = {{L"TargetUserName", Account},
+                            {L"TargetDomainName", Domain},
+                            {L"TargetSid", AccountSid},
+                            {L"SubjectUserName", Account}},
+                 .Message = L"%4 created the user account %2\\%1 (%3)."},
+                {.Id = 4732,
+                 .Level = 0,
+                 .Task = 13826,
+                 .Keywords = AuditSuccess,
+                 .Channel = channel,
+                 .Fields = {{L"MemberSid", AccountSid}, {L"TargetUserName", Account}, {L"SubjectUserName", Account}},
+                 .Message = L"%3 added %1 to the local group %2."},
+                {.Id = 4776,
+                 .Level = 0,
+                 .Task = 14336,
+                 .Keywords = AuditFailure,
+                 .Channel = channel,
+                 .Weight = 3,
+                 .Fields = {{L"TargetUserName", Account}, {L"Workstation", Workstation}, {L"Status", Status}},
+                 .Message = L"The password of %1, given on %2, could not be confirmed: %3."},
+            },
+    };
+}
+
+SampleProvider Servicing() {
+    using enum FieldKind;
+    const auto channel = L"Setup";
+    return {
+        .Name = L"Microsoft-Windows-Servicing",
+        .Guid = L"{BD12F3B8-FC40-4A61-A307-B7A013A069C1}",
+        .User = SampleUser::System,
+        .Tasks = {{L"Install", 1, L"Package changes"}},
+        .Events =
+            {
+                {.Id = 1,
+                 .Task = 1,
+                 .Opcode = 1,
+                 .Channel = channel,
+                 .Weight = 4,
+                 .Fields = {{L"PackageIdentifier", PackageName},
+                            {L"InitialState", SmallNumber},
+                            {L"Client", ProgramPath}},
+                 .Message = L"%3 asked for a change of package %1, which was in state %2."},
+                {.Id = 2,
+                 .Task = 1,
+                 .Opcode = 2,
+                 .Channel = channel,
+                 .Weight = 4,
+                 .Fields = {{L"PackageIdentifier", PackageName}, {L"ErrorCode", Status}},
+                 .Message = L"The change of package %1 is complete (%2)."},
+                {.Id = 3,
+                 .Level = 2,
+                 .Task = 1,
+                 .Opcode = 2,
+                 .Channel = channel,
+                 .Fields = {{L"PackageIdentifier", PackageName}, {L"ErrorCode", Status}},
+                 .Message = L"Package %1 could not be changed. Status: %2."},
+                {.Id = 4,
+                 .Level = 3,
+                 .Task = 1,
+                 .Channel = channel,
+                 .Fields = {{L"PackageIdentifier", PackageName}},
+                 .Message = L"The computer must be restarted before package %1 can be used."},
+            },
+    };
+}
+
+}  // namespace
+
+void AddSecurityProviders(std::vector<SampleProvider>& providers) {
+    providers.push_back(Auditing());
+    providers.push_back(Servicing());
+}
+
+}  // namespace corvina::samples
