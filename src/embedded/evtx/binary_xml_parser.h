@@ -1,0 +1,40 @@
+// Reads the tokens of binary XML into the structure of a program, checking that they make up well-formed XML: elements
+// closed in order, one root, names that XML allows, no attribute twice. Format: the published descriptions of .evtx.
+#pragma once
+
+#include <cstdint>
+
+#include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/program.h"
+
+namespace corvina::evtx {
+
+namespace token {
+inline constexpr std::uint8_t EndOfFragment = 0x00;
+inline constexpr std::uint8_t OpenElement = 0x01;
+inline constexpr std::uint8_t CloseStartTag = 0x02;
+inline constexpr std::uint8_t CloseEmptyElement = 0x03;
+inline constexpr std::uint8_t EndElement = 0x04;
+inline constexpr std::uint8_t Value = 0x05;
+inline constexpr std::uint8_t Attribute = 0x06;
+inline constexpr std::uint8_t CharacterData = 0x07;
+inline constexpr std::uint8_t CharacterReference = 0x08;
+inline constexpr std::uint8_t EntityReference = 0x09;
+inline constexpr std::uint8_t ProcessingTarget = 0x0A;
+inline constexpr std::uint8_t ProcessingData = 0x0B;
+inline constexpr std::uint8_t TemplateInstance = 0x0C;
+inline constexpr std::uint8_t Substitution = 0x0D;
+inline constexpr std::uint8_t OptionalSubstitution = 0x0E;
+inline constexpr std::uint8_t FragmentHeader = 0x0F;
+inline constexpr std::uint8_t MoreFollow = 0x40;
+}  // namespace token
+
+// Passes the fragment headers at the front. False when one of them is cut off or of an unknown version.
+bool SkipFragmentHeaders(ByteReader& reader);
+
+// Parses one element, with what may stand around it, up to the end of the fragment. `hasDependencies` says whether
+// elements carry a dependency identifier: they do in template definitions, and do not in records and values without a
+// template. `program.Structure` and `program.Depth` are filled.
+bool ParseElements(ByteReader& reader, bool hasDependencies, Program& program);
+
+}  // namespace corvina::evtx

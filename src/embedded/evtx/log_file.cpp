@@ -1,0 +1,162 @@
+#include "embedded/evtx/log_file.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <zlib.h>
+
+#include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/record_walk.h"
+#include "platform/error_codes.h"
+
+namespace corvina::evtx {
+namespace {
+
+constexpr char FileSignature[] = "ElfFile";  // with its closing zero: eight bytes
+constexpr std::size_t HeaderFieldsSize = 120;
+constexpr std::size_t HeaderChecksumField = 124;
+constexpr std::size_t SmallestHeader = 128;
+constexpr std::uint16_t SupportedVersion = 3;
+constexpr std::uint32_t NoChecksumsFlag = 4;
+constexpr std::size_t ChunksAtOnce = 16;
+
+bool IsZeroFilled(std::span<const std::byte> bytes) {
+    return std::all_of(bytes.begin(), bytes.end(), [](std::byte value) { return value == std::byte{0}; });
+}
+
+// False when the bytes are not the header of an event log.
+bool ReadHeader(std::span<const std::byte> bytes, FileHeader& header, std::uint64_t& firstChunk) {
+    const std::byte* data = bytes.data();
+    if (std::memcmp(data, FileSignature, sizeof FileSignature) != 0) {
+        return false;
+    }
+    header.FirstChunk = LoadUInt64(data + 8);
+    header.LastChunk = LoadUInt64(data + 16);
+    header.NextRecordId = LoadUInt64(data + 24);
+    header.MinorVersion = LoadUInt16(data + 36);
+    header.MajorVersion = LoadUInt16(data + 38);
+    header.ChunkCount = LoadUInt16(data + 42);
+    header.Flags = LoadUInt32(data + 120);
+    const auto checksum = crc32(0, reinterpret_cast<const unsigned char*>(data), HeaderFieldsSize);
+    header.ChecksumValid = checksum == LoadUInt32(data + HeaderChecksumField);
+    // A header that is not whole is not believed about where the chunks are.
+    const std::uint16_t blockSize = LoadUInt16(data + 40);
+    firstChunk = header.ChecksumValid && blockSize >= SmallestHeader ? blockSize : FileHeaderSize;
+    return header.MajorVersion == SupportedVersion;
+}
+
+}  // namespace
+
+struct LogFile::State {
+    explicit State(std::unique_ptr<RandomAccessFile> file) : File(std::move(file)) {}
+
+    void FindChunks(std::uint64_t firstChunk) {
+        std::vector<std::byte> buffer(ChunksAtOnce * ChunkSize);
+        std::uint64_t offset = firstChunk;
+        while (offset < File->Size()) {
+            const std::size_t count = File->ReadAt(offset, buffer);
+            for (std::size_t place = 0; place < count; place += ChunkSize) {
+                const std::size_t size = std::min(ChunkSize, count - place);
+                AddPlace(offset + place, std::span<const std::byte>(buffer).subspan(place, size));
+            }
+            if (count < buffer.size()) {
+                break;
+            }
+            offset += count;
+        }
+        std::stable_sort(Chunks.begin(), Chunks.end(), [](const ChunkPlace& left, const ChunkPlace& right) {
+            return left.FirstRecordId < right.FirstRecordId;
+        });
+    }
+
+    void AddPlace(std::uint64_t offset, std::span<const std::byte> bytes) {
+        WalkRecords(bytes, Walk);
+        if (!Walk.Records.empty()) {
+            const auto [first, last] = std::minmax_element(
+                Walk.Records.begin(), Walk.Records.end(),
+                [](const RecordPlace& left, const RecordPlace& right) { return left.RecordId < right.RecordId; });
+            const auto count = static_cast<std::uint32_t>(Walk.Records.size());
+            Chunks.push_back({offset, first->RecordId, last->RecordId, count});
+            Records += count;
+        } else if (!Walk.HasHeader && !IsZeroFilled(bytes)) {
+            if (bytes.size() == ChunkSize) {
+                ++ForeignChunks;
+            } else {
+                ForeignBytes += bytes.size();
+            }
+        }
+    }
+
+    std::unique_ptr<RandomAccessFile> File;
+    FileHeader Header;
+    std::vector<ChunkPlace> Chunks;
+    std::uint64_t Records = 0;
+    std::uint64_t ForeignBytes = 0;
+    std::uint64_t ForeignChunks = 0;
+    RecordWalk Walk;  // working memory
+};
+
+LogFile::LogFile(std::unique_ptr<State> state) : state_(std::move(state)) {}
+
+LogFile::~LogFile() = default;
+
+std::shared_ptr<const LogFile> LogFile::Open(const std::filesystem::path& path, std::uint32_t& error) {
+    auto file = OpenRandomAccessFile(path, error);
+    return file == nullptr ? nullptr : Open(std::move(file), error);
+}
+
+std::shared_ptr<const LogFile> LogFile::Open(std::unique_ptr<RandomAccessFile> file, std::uint32_t& error) {
+    try {
+        auto state = std::make_unique<State>(std::move(file));
+        std::vector<std::byte> header(FileHeaderSize);
+        std::uint64_t firstChunk = 0;
+        if (state->File->ReadAt(0, header) < header.size() || !ReadHeader(header, state->Header, firstChunk)) {
+            error = error::EventLogFileCorrupt;
+            return nullptr;
+        }
+        state->FindChunks(firstChunk);
+        error = error::Success;
+        return std::shared_ptr<const LogFile>(new LogFile(std::move(state)));
+    } catch (const std::bad_alloc&) {
+        error = error::OutOfMemory;
+        return nullptr;
+    }
+}
+
+const FileHeader& LogFile::Header() const {
+    return state_->Header;
+}
+
+std::uint64_t LogFile::Size() const {
+    return state_->File->Size();
+}
+
+std::span<const ChunkPlace> LogFile::Chunks() const {
+    return state_->Chunks;
+}
+
+std::shared_ptr<const Chunk> LogFile::ReadChunk(std::size_t index) const {
+    std::vector<std::byte> bytes(ChunkSize);
+    const std::size_t count =
+        index < state_->Chunks.size() ? state_->File->ReadAt(state_->Chunks[index].FileOffset, bytes) : 0;
+    bytes.resize(count);
+    return std::make_shared<const Chunk>(std::move(bytes), (state_->Header.Flags & NoChecksumsFlag) == 0);
+}
+
+std::uint64_t LogFile::RecordCount() const {
+    return state_->Records;
+}
+
+std::uint64_t LogFile::OldestRecordId() const {
+    return state_->Chunks.empty() ? 0 : state_->Chunks.front().FirstRecordId;
+}
+
+std::uint64_t LogFile::ForeignBytes() const {
+    return state_->ForeignBytes;
+}
+
+std::uint64_t LogFile::ForeignChunks() const {
+    return state_->ForeignChunks;
+}
+
+}  // namespace corvina::evtx

@@ -1,0 +1,79 @@
+// The compiled form of a piece of binary XML: a flat list of instructions in document order. Names and texts stay where
+// they are in the chunk and are referred to by place; only the literal text of the rendering is made anew, once.
+//
+// A program has two lists. The structure has every element, attribute and text, for readers who want values. The
+// rendering has the same conditions and substitutions, but everything between two of them is one literal run of
+// finished XML, so that writing an event's XML is a copy of some literals and the conversion of its values.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "embedded/evtx/system_fields.h"
+
+namespace corvina::evtx {
+
+// Elements may be nested this deep, over all pieces of an event together.
+inline constexpr std::uint32_t MaximumDepth = 64;
+
+enum class Operation : std::uint8_t {
+    SkipIfNull,       // goes on at End when the value of Slot is null
+    Element,          // Place, Length: the name; Slot, Content: what the content is substituted from; End
+    EndStartTag,      // ">"
+    EndEmptyElement,  // "/>"
+    EndElement,       // "</name>"
+    Attribute,        // Place, Length: the name; Slot, Content, End as for an element
+    EndAttribute,
+    Text,              // Place, Length: UTF-16 text
+    CharacterData,     // the same, as a CDATA section
+    Character,         // Place: the code of a character reference
+    Entity,            // Place, Length: the name
+    ProcessingTarget,  // Place, Length: the name
+    ProcessingData,    // Place, Length: UTF-16 text
+    Substitution,      // Slot, Depth
+    Literal,           // in a rendering: Place, Length in the program's Literals
+};
+
+// How an element or an attribute depends on the values that are substituted in its content.
+enum class ContentKind : std::uint8_t {
+    Fixed,        // not at all
+    Substituted,  // repeated for each item when Slot holds an array
+    Optional,     // the same, and left out when Slot is null
+};
+
+struct Instruction {
+    Operation Code = Operation::Literal;
+    ContentKind Content = ContentKind::Fixed;
+    std::uint8_t Depth = 0;    // how many elements are open around it
+    bool InAttribute = false;  // of a substitution
+    bool Ascii = false;        // of a literal
+    std::uint16_t Slot = 0;
+    std::uint32_t Place = 0;
+    std::uint32_t Length = 0;  // of texts in UTF-16 units, of literals in bytes
+    std::uint32_t End = 0;     // index of the instruction after the whole element or attribute
+};
+
+using InstructionList = std::vector<Instruction>;
+
+// Where a value of an event's System part stands in the structure.
+struct SystemPlace {
+    SystemField Field = SystemField::ProviderName;
+    bool HasDependency = false;  // left out when the value of slot Dependency is null
+    std::uint16_t Dependency = 0;
+    std::uint32_t Begin = 0;  // the content: instructions from Begin up to End
+    std::uint32_t End = 0;
+};
+
+struct Program {
+    InstructionList Structure;
+    InstructionList Rendering;
+    std::string Literals;     // UTF-8
+    std::uint32_t Depth = 0;  // the deepest element
+    // Found when System values are first asked for.
+    bool SystemPlacesKnown = false;
+    std::vector<SystemPlace> SystemPlaces;
+};
+
+}  // namespace corvina::evtx

@@ -1,0 +1,218 @@
+// Runs the programs of a record with its values, nested ones included. One set of rules for everybody who reads events:
+// a handler decides what becomes of the pieces (text, System values, nothing at all when only soundness is asked for).
+//
+// A handler has
+//     static constexpr bool WantsStructure;   the structure of programs, or else their rendering
+//     void Literal(std::string_view utf8, bool ascii);                             renderings only
+//     void Substitute(const Value& value, bool inAttribute);
+//     void Piece(const Instruction& instruction);                                  structures only: all else
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "embedded/evtx/binary_xml_parser.h"
+#include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/program.h"
+#include "embedded/evtx/rendering_code.h"
+#include "embedded/evtx/template_store.h"
+#include "embedded/evtx/value.h"
+
+namespace corvina::evtx {
+
+// What one event may cost, about one for each character of its XML. Nested templates and repeated elements multiply, so
+// that a record of a few bytes could otherwise ask for gigabytes.
+inline constexpr std::int64_t LargestEvent = std::int64_t{4} << 20;
+
+template <typename Handler>
+class ProgramRunner {
+  public:
+    // `values` is working memory that its owner keeps. Nothing is run beyond `budget`.
+    ProgramRunner(TemplateStore& templates, std::vector<Value>& values, Handler& handler, std::int64_t budget)
+        : templates_(templates), values_(values), handler_(handler), budget_(budget) {
+        values_.clear();
+    }
+
+    // Runs the binary XML of a record, which has to make up exactly one element.
+    bool RunEvent(ByteReader reader) { return RunFragment(reader, 0); }
+
+    std::int64_t Budget() const { return budget_; }
+
+  private:
+    // A program with its values. Those are counted from FirstValue on, since the list may move when it grows.
+    struct Frame {
+        const Program& Code;
+        std::size_t FirstValue = 0;
+        std::size_t ValueCount = 0;
+        std::uint32_t Depth = 0;  // elements that are open around it
+    };
+
+    // The item that stands for an array while the element of the array is repeated.
+    struct RepeatedItem {
+        std::uint16_t Slot = 0;
+        Value Item;
+    };
+
+    static const InstructionList& ListOf(const Program& program) {
+        return Handler::WantsStructure ? program.Structure : program.Rendering;
+    }
+
+    bool Charge(std::size_t cost) {
+        budget_ -= static_cast<std::int64_t>(cost);
+        return budget_ >= 0;
+    }
+
+    bool RunFragment(ByteReader& reader, std::uint32_t depth) {
+        std::uint8_t byte = 0;
+        if (!SkipFragmentHeaders(reader)) {
+            return false;
+        }
+        if (!reader.Peek(byte) || byte == token::EndOfFragment) {
+            return depth > 0;  // a value may be empty, an event may not
+        }
+        if (byte != token::TemplateInstance) {
+            Program program;
+            if (!ParseElements(reader, false, program) || budget_ < 0 ||
+                !MakeRendering(templates_.Chunk(), static_cast<std::size_t>(budget_), program)) {
+                return false;
+            }
+            return Run({program, values_.size(), 0, depth});
+        }
+        reader.Skip(1);
+        const std::size_t firstValue = values_.size();
+        const Program* program = templates_.ReadInstance(reader, values_);
+        const bool done = program != nullptr && Run({*program, firstValue, values_.size() - firstValue, depth});
+        values_.resize(firstValue);
+        return done;
+    }
+
+    bool Run(const Frame& frame) {
+        const std::size_t end = ListOf(frame.Code).size();
+        return frame.Depth + frame.Code.Depth <= MaximumDepth && Charge(4 * frame.ValueCount) &&
+               RunRange(frame, 0, end, nullptr);
+    }
+
+    Value ValueAt(const Frame& frame, std::uint16_t slot) const {
+        return slot < frame.ValueCount ? values_[frame.FirstValue + slot] : Value{};
+    }
+
+    bool RunRange(const Frame& frame, std::size_t index, std::size_t end, const RepeatedItem* repeated) {
+        const InstructionList& list = ListOf(frame.Code);
+        while (index < end) {
+            const Instruction& instruction = list[index++];
+            switch (instruction.Code) {
+                case Operation::Literal:
+                    if (!AddLiteral(frame, instruction)) {
+                        return false;
+                    }
+                    break;
+                case Operation::Substitution:
+                    if (!Substitute(frame, instruction, repeated)) {
+                        return false;
+                    }
+                    break;
+                case Operation::SkipIfNull:
+                    if (ValueAt(frame, instruction.Slot).IsNull()) {
+                        if (IsRoot(frame, instruction)) {
+                            return false;
+                        }
+                        index = instruction.End;
+                    }
+                    break;
+                case Operation::Element:
+                case Operation::Attribute:
+                    if (!Open(frame, instruction, index)) {
+                        return false;
+                    }
+                    break;
+                default:
+                    if (!AddPiece(instruction)) {
+                        return false;
+                    }
+                    break;
+            }
+        }
+        return true;
+    }
+
+    static bool IsRoot(const Frame& frame, const Instruction& instruction) {
+        return frame.Depth == 0 && instruction.Depth == 0;
+    }
+
+    bool AddLiteral(const Frame& frame, const Instruction& literal) {
+        if constexpr (!Handler::WantsStructure) {
+            if (!Charge(literal.Length)) {
+                return false;
+            }
+            const std::string_view literals = frame.Code.Literals;
+            handler_.Literal(literals.substr(literal.Place, literal.Length), literal.Ascii);
+        }
+        return true;
+    }
+
+    bool AddPiece(const Instruction& instruction) {
+        if constexpr (Handler::WantsStructure) {
+            if (!Charge(16 + instruction.Length)) {
+                return false;
+            }
+            handler_.Piece(instruction);
+        }
+        return true;
+    }
+
+    // Enters an element or attribute, or passes it: left out when it is optional and without value, run as a whole here
+    // when it is repeated.
+    bool Open(const Frame& frame, const Instruction& instruction, std::size_t& index) {
+        if (instruction.Content != ContentKind::Fixed) {
+            const Value value = ValueAt(frame, instruction.Slot);
+            const bool isRoot = instruction.Code == Operation::Element && IsRoot(frame, instruction);
+            if (value.IsNull() && instruction.Content == ContentKind::Optional) {
+                index = instruction.End;
+                return !isRoot;
+            }
+            if (value.IsArray && instruction.Code == Operation::Element) {
+                const std::size_t begin = index;
+                index = instruction.End;
+                return !isRoot && Repeat(frame, instruction, begin, value);
+            }
+        }
+        return AddPiece(instruction);
+    }
+
+    bool Repeat(const Frame& frame, const Instruction& element, std::size_t begin, const Value& array) {
+        ArrayItems items(templates_.Chunk(), array);
+        RepeatedItem repeated{element.Slot, {}};
+        while (items.Next(repeated.Item)) {
+            if (!Charge(1) || !AddPiece(element) || !RunRange(frame, begin, element.End, &repeated)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool Substitute(const Frame& frame, const Instruction& instruction, const RepeatedItem* repeated) {
+        Value value = ValueAt(frame, instruction.Slot);
+        if (repeated != nullptr && repeated->Slot == instruction.Slot && !instruction.InAttribute) {
+            value = repeated->Item;
+        }
+        // The longest text that bytes can become is six characters for each, an escaped 8-bit text.
+        if (!Charge(32 + 6 * std::size_t{value.Size})) {
+            return false;
+        }
+        if (!value.IsBinaryXml()) {
+            handler_.Substitute(value, instruction.InAttribute);
+            return true;
+        }
+        ByteReader reader(templates_.Chunk(), value.Offset, std::size_t{value.Offset} + value.Size);
+        const std::uint32_t depth = frame.Depth + instruction.Depth;
+        return !instruction.InAttribute && depth <= MaximumDepth && RunFragment(reader, depth);
+    }
+
+    TemplateStore& templates_;
+    std::vector<Value>& values_;
+    Handler& handler_;
+    std::int64_t budget_;
+};
+
+}  // namespace corvina::evtx

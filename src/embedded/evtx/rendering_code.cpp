@@ -1,0 +1,213 @@
+#include "embedded/evtx/rendering_code.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "embedded/evtx/xml_characters.h"
+#include "embedded/evtx/xml_text.h"
+
+namespace corvina::evtx {
+namespace {
+
+class RenderingMaker {
+  public:
+    RenderingMaker(std::span<const std::byte> chunk, std::size_t longestLiterals, Program& program)
+        : chunk_(chunk), longestLiterals_(longestLiterals), program_(program) {}
+
+    bool Make() {
+        program_.Rendering.clear();
+        for (std::uint32_t index = 0; index < program_.Structure.size(); ++index) {
+            ResolveEnds(index);
+            Translate(program_.Structure[index]);
+            if (literals_.Size() > longestLiterals_) {
+                return false;
+            }
+        }
+        ResolveEnds(static_cast<std::uint32_t>(program_.Structure.size()));
+        FlushLiteral();
+        program_.Literals.assign(literals_.View());
+        return true;
+    }
+
+  private:
+    // An instruction of the rendering whose End is still the one of the structure.
+    struct OpenEnd {
+        std::uint32_t RenderingIndex = 0;
+        std::uint32_t StructureEnd = 0;
+    };
+
+    void Translate(const Instruction& instruction) {
+        switch (instruction.Code) {
+            case Operation::SkipIfNull:
+                AddConditional(instruction);
+                break;
+            case Operation::Element:
+                if (instruction.Content != ContentKind::Fixed) {
+                    AddConditional(instruction);
+                }
+                names_[instruction.Depth] = &instruction;
+                Put("<");
+                PutTextOf(instruction, Escaping::None);
+                break;
+            case Operation::EndStartTag:
+                Put(">");
+                break;
+            case Operation::EndEmptyElement:
+                Put("/>");
+                break;
+            case Operation::EndElement:
+                Put("</");
+                PutTextOf(*names_[instruction.Depth], Escaping::None);
+                Put(">");
+                break;
+            case Operation::Attribute:
+                // An array does not repeat an attribute, so only a null value makes a difference.
+                if (instruction.Content == ContentKind::Optional) {
+                    AddConditional(instruction);
+                }
+                inAttribute_ = true;
+                Put(" ");
+                PutTextOf(instruction, Escaping::None);
+                Put("='");
+                break;
+            case Operation::EndAttribute:
+                Put("'");
+                inAttribute_ = false;
+                break;
+            case Operation::Substitution:
+                FlushLiteral();
+                program_.Rendering.push_back(instruction);
+                break;
+            default:
+                TranslateContent(instruction);
+                break;
+        }
+    }
+
+    void TranslateContent(const Instruction& instruction) {
+        switch (instruction.Code) {
+            case Operation::Text:
+                PutTextOf(instruction, TextEscaping());
+                break;
+            case Operation::CharacterData:
+                PutCharacterData(instruction);
+                break;
+            case Operation::Character:
+                PutCharacterReference(instruction.Place);
+                break;
+            case Operation::Entity:
+                PutEntity(instruction);
+                break;
+            case Operation::ProcessingTarget:
+                Put("<?");
+                PutTextOf(instruction, Escaping::None);
+                break;
+            case Operation::ProcessingData:
+                PutProcessingData(instruction);
+                break;
+            default:
+                break;
+        }
+    }
+
+    // "]]>" would end the section, so it is divided between two sections.
+    void PutCharacterData(const Instruction& instruction) {
+        PutDivided(instruction, "<![CDATA[", "]]>", "]]]]><![CDATA[>", "]]>");
+    }
+
+    // "?>" would end the instruction; a blank keeps the two characters apart.
+    void PutProcessingData(const Instruction& instruction) { PutDivided(instruction, " ", "?>", "? >", "?>"); }
+
+    void PutDivided(const Instruction& instruction, std::string_view before, std::string_view forbidden,
+                    std::string_view replacement, std::string_view after) {
+        TextBuffer<char> text;
+        AppendUtf16Text(TextOf(instruction), Escaping::Forbidden, text);
+        std::string_view rest = text.View();
+        Put(before);
+        for (auto place = rest.find(forbidden); place != std::string_view::npos; place = rest.find(forbidden)) {
+            PutUtf8(rest.substr(0, place));
+            Put(replacement);
+            rest.remove_prefix(place + forbidden.size());
+        }
+        PutUtf8(rest);
+        Put(after);
+    }
+
+    // Half surrogates and control characters cannot be referred to in XML either.
+    void PutCharacterReference(char32_t character) {
+        if (IsXmlCharacter(character)) {
+            Put("&#" + std::to_string(static_cast<unsigned>(character)) + ";");
+        } else {
+            AppendCharacter(ReplacementCharacter, TextEscaping(), literals_);
+        }
+    }
+
+    // An event has no document type, so only XML's own entities can be referred to; others are shown as what they are.
+    void PutEntity(const Instruction& instruction) {
+        constexpr std::array<std::string_view, 5> Predefined = {"amp", "lt", "gt", "apos", "quot"};
+        TextBuffer<char> name;
+        AppendUtf16Text(TextOf(instruction), Escaping::None, name);
+        Put(std::find(Predefined.begin(), Predefined.end(), name.View()) != Predefined.end() ? "&" : "&amp;");
+        PutUtf8(name.View());
+        Put(";");
+    }
+
+    Escaping TextEscaping() const { return inAttribute_ ? Escaping::Attribute : Escaping::Text; }
+
+    std::span<const std::byte> TextOf(const Instruction& instruction) const {
+        return chunk_.subspan(instruction.Place, 2 * std::size_t{instruction.Length});
+    }
+
+    void Put(std::string_view ascii) { AppendAscii(ascii, literals_); }
+    void PutUtf8(std::string_view utf8) { AppendFinished(utf8, false, literals_); }
+    void PutTextOf(const Instruction& instruction, Escaping escaping) {
+        AppendUtf16Text(TextOf(instruction), escaping, literals_);
+    }
+
+    void AddConditional(const Instruction& instruction) {
+        FlushLiteral();
+        openEnds_.push_back({static_cast<std::uint32_t>(program_.Rendering.size()), instruction.End});
+        program_.Rendering.push_back(instruction);
+    }
+
+    void ResolveEnds(std::uint32_t structureIndex) {
+        while (!openEnds_.empty() && openEnds_.back().StructureEnd <= structureIndex) {
+            FlushLiteral();
+            program_.Rendering[openEnds_.back().RenderingIndex].End =
+                static_cast<std::uint32_t>(program_.Rendering.size());
+            openEnds_.pop_back();
+        }
+    }
+
+    void FlushLiteral() {
+        const std::string_view literal = literals_.View().substr(flushed_);
+        if (literal.empty()) {
+            return;
+        }
+        Instruction& added = program_.Rendering.emplace_back();
+        added.Code = Operation::Literal;
+        added.Place = static_cast<std::uint32_t>(flushed_);
+        added.Length = static_cast<std::uint32_t>(literal.size());
+        added.Ascii = std::all_of(literal.begin(), literal.end(),
+                                  [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+        flushed_ = literals_.Size();
+    }
+
+    std::span<const std::byte> chunk_;
+    std::size_t longestLiterals_;
+    Program& program_;
+    TextBuffer<char> literals_;
+    std::size_t flushed_ = 0;
+    std::vector<OpenEnd> openEnds_;
+    std::array<const Instruction*, MaximumDepth + 1> names_{};
+    bool inAttribute_ = false;
+};
+
+}  // namespace
+
+bool MakeRendering(std::span<const std::byte> chunk, std::size_t longestLiterals, Program& program) {
+    return RenderingMaker(chunk, longestLiterals, program).Make();
+}
+
+}  // namespace corvina::evtx

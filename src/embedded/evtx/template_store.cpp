@@ -1,0 +1,84 @@
+#include "embedded/evtx/template_store.h"
+
+#include "embedded/evtx/binary_xml_parser.h"
+#include "embedded/evtx/rendering_code.h"
+
+namespace corvina::evtx {
+namespace {
+
+constexpr std::size_t DefinitionHeaderSize = 24;  // next definition, GUID, length
+constexpr std::size_t DefinitionLengthField = 20;
+constexpr std::size_t ValueDescriptorSize = 4;
+
+// The values of an instance: descriptors of size and type, then the bytes back to back.
+bool ReadValues(ByteReader& reader, std::vector<Value>& values) {
+    std::uint32_t count = 0;
+    if (!reader.Read(count) || count > reader.Remaining() / ValueDescriptorSize) {
+        return false;
+    }
+    const std::byte* descriptor = reader.Bytes().data() + reader.Position();
+    std::size_t offset = reader.Position() + count * ValueDescriptorSize;
+    for (std::uint32_t index = 0; index < count; ++index, descriptor += ValueDescriptorSize) {
+        const std::size_t size = LoadUInt16(descriptor);
+        const std::uint8_t type = LoadUInt8(descriptor + 2);
+        if (size > reader.End() - offset) {
+            return false;
+        }
+        values.push_back({static_cast<ValueType>(type & ~ArrayFlag), (type & ArrayFlag) != 0,
+                          static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size)});
+        offset += size;
+    }
+    return reader.Skip(offset - reader.Position());
+}
+
+}  // namespace
+
+Program* TemplateStore::ReadInstance(ByteReader& reader, std::vector<Value>& values) {
+    std::uint8_t one = 0;
+    std::uint32_t ignoredIdentifier = 0;
+    std::uint32_t offset = 0;
+    if (!reader.Read(one) || !reader.Read(ignoredIdentifier) || !reader.Read(offset)) {
+        return nullptr;
+    }
+    Program* program = Find(offset);
+    if (program == nullptr) {
+        return nullptr;
+    }
+    if (offset == reader.Position()) {
+        const std::uint32_t length = LoadUInt32(chunk_.data() + offset + DefinitionLengthField);
+        if (!reader.Skip(DefinitionHeaderSize + length)) {
+            return nullptr;
+        }
+    }
+    return ReadValues(reader, values) ? program : nullptr;
+}
+
+Program* TemplateStore::Find(std::uint32_t offset) {
+    const auto found = programs_.find(offset);
+    if (found != programs_.end()) {
+        return found->second.get();
+    }
+    return programs_.emplace(offset, Compile(offset)).first->second.get();
+}
+
+std::unique_ptr<Program> TemplateStore::Compile(std::uint32_t offset) {
+    if (offset > chunk_.size() || chunk_.size() - offset < DefinitionHeaderSize) {
+        return nullptr;
+    }
+    const std::size_t begin = offset + DefinitionHeaderSize;
+    const std::size_t length = LoadUInt32(chunk_.data() + offset + DefinitionLengthField);
+    if (length > chunk_.size() - begin || length > allowance_) {
+        return nullptr;
+    }
+    allowance_ -= length;
+    auto program = std::make_unique<Program>();
+    ByteReader reader(chunk_, begin, begin + length);
+    if (!SkipFragmentHeaders(reader) || !ParseElements(reader, true, *program) ||
+        !MakeRendering(chunk_, allowance_, *program)) {
+        return nullptr;
+    }
+    allowance_ -= program->Literals.size();
+    return program;
+}
+
+}  // namespace corvina::evtx

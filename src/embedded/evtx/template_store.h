@@ -1,0 +1,39 @@
+// The template definitions of one chunk, compiled on first use and kept, and the instances that refer to them.
+// Definitions are found by their place alone: the chunk's own table of them may be stale or garbage.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/program.h"
+#include "embedded/evtx/value.h"
+
+namespace corvina::evtx {
+
+class TemplateStore {
+  public:
+    explicit TemplateStore(std::span<const std::byte> chunk) : chunk_(chunk) {}
+
+    std::span<const std::byte> Chunk() const { return chunk_; }
+
+    // Reads a template instance behind its token: its definition, and its values, which are appended to `values`. None
+    // when the instance leaves its bounds or its definition is invalid.
+    Program* ReadInstance(ByteReader& reader, std::vector<Value>& values);
+
+  private:
+    Program* Find(std::uint32_t offset);
+    std::unique_ptr<Program> Compile(std::uint32_t offset);
+
+    std::span<const std::byte> chunk_;
+    std::unordered_map<std::uint32_t, std::unique_ptr<Program>> programs_;  // none for invalid definitions
+    // What definitions may still cost, in bytes read and made: a damaged chunk can refer to as many overlapping ones as
+    // it has records, a sound one has each of its bytes in at most one.
+    std::size_t allowance_ = std::size_t{4} << 20;
+};
+
+}  // namespace corvina::evtx

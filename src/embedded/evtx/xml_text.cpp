@@ -1,0 +1,196 @@
+#include "embedded/evtx/xml_text.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+#include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/xml_characters.h"
+
+namespace corvina::evtx {
+namespace {
+
+// The most characters that one unit of the source can become: a reference such as "&quot;".
+constexpr std::size_t LongestEscape = 6;
+
+using PlainTable = std::array<bool, 128>;
+
+constexpr PlainTable MakePlainTable(Escaping escaping) {
+    PlainTable plain{};
+    for (char32_t character = 0; character < 128; ++character) {
+        const bool markup = character == '&' || character == '<' || character == '>';
+        plain[character] = escaping == Escaping::None || IsXmlCharacter(character);
+        if ((escaping == Escaping::Text || escaping == Escaping::Attribute) && markup) {
+            plain[character] = false;
+        }
+        if (escaping == Escaping::Attribute && character == '\'') {
+            plain[character] = false;
+        }
+    }
+    return plain;
+}
+
+// By the order of the enumeration.
+constexpr std::array<PlainTable, 4> PlainTables = {MakePlainTable(Escaping::None), MakePlainTable(Escaping::Text),
+                                                   MakePlainTable(Escaping::Attribute),
+                                                   MakePlainTable(Escaping::Forbidden)};
+
+constexpr const PlainTable& PlainTableOf(Escaping escaping) {
+    return PlainTables[static_cast<std::size_t>(escaping)];
+}
+
+// What Windows-1252 has at 0x80 to 0x9F; its five gaps are kept as control characters, as Windows does.
+constexpr std::array<char16_t, 32> AnsiExtras = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                                 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                                 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                                 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+char* PutCharacter(char32_t character, char* out) {
+    const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(byte); };
+    if (character < 0x80) {
+        put(character);
+    } else if (character < 0x800) {
+        put(0xC0 | (character >> 6));
+        put(0x80 | (character & 0x3F));
+    } else if (character < 0x10000) {
+        put(0xE0 | (character >> 12));
+        put(0x80 | ((character >> 6) & 0x3F));
+        put(0x80 | (character & 0x3F));
+    } else {
+        put(0xF0 | (character >> 18));
+        put(0x80 | ((character >> 12) & 0x3F));
+        put(0x80 | ((character >> 6) & 0x3F));
+        put(0x80 | (character & 0x3F));
+    }
+    return out;
+}
+
+wchar_t* PutCharacter(char32_t character, wchar_t* out) {
+    if (sizeof(wchar_t) == 2 && character >= 0x10000) {
+        *out++ = static_cast<wchar_t>(0xD7C0 + (character >> 10));
+        *out++ = static_cast<wchar_t>(0xDC00 + (character & 0x3FF));
+    } else {
+        *out++ = static_cast<wchar_t>(character);
+    }
+    return out;
+}
+
+template <typename Char>
+Char* PutAscii(std::string_view ascii, Char* out) {
+    for (const char character : ascii) {
+        *out++ = static_cast<Char>(character);
+    }
+    return out;
+}
+
+// A character that is not plain: escaped, replaced, or outside ASCII.
+template <typename Char>
+Char* PutSpecial(char32_t character, Escaping escaping, Char* out) {
+    if (escaping != Escaping::None && !IsXmlCharacter(character)) {
+        return PutCharacter(ReplacementCharacter, out);
+    }
+    if (character >= 0x80) {
+        // UTF-8 has no form for a half surrogate.
+        const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
+        return PutCharacter(sizeof(Char) == 1 && surrogate ? ReplacementCharacter : character, out);
+    }
+    switch (character) {
+        case '&':
+            return PutAscii("&amp;", out);
+        case '<':
+            return PutAscii("&lt;", out);
+        case '>':
+            return PutAscii("&gt;", out);
+        default:
+            return PutAscii("&apos;", out);
+    }
+}
+
+bool IsPlain(char32_t character, const PlainTable& plain) {
+    return character < 128 && plain[character];
+}
+
+}  // namespace
+
+template <typename Char>
+void AppendUtf16Text(std::span<const std::byte> utf16, Escaping escaping, TextBuffer<Char>& text) {
+    const PlainTable& plain = PlainTableOf(escaping);
+    const std::byte* unit = utf16.data();
+    const std::byte* const end = unit + (utf16.size() & ~std::size_t{1});
+    Char* out = text.Room(LongestEscape * (utf16.size() / 2));
+    while (unit != end) {
+        char32_t character = LoadUInt16(unit);
+        unit += 2;
+        if (IsPlain(character, plain)) {
+            *out++ = static_cast<Char>(character);
+            continue;
+        }
+        if (IsHighSurrogate(character) && unit != end && IsLowSurrogate(LoadUInt16(unit))) {
+            character = JoinSurrogates(character, LoadUInt16(unit));
+            unit += 2;
+        }
+        out = PutSpecial(character, escaping, out);
+    }
+    text.SetEnd(out);
+}
+
+template <typename Char>
+void AppendAnsiText(std::span<const std::byte> ansi, Escaping escaping, TextBuffer<Char>& text) {
+    for (const std::byte byte : ansi) {
+        const auto code = std::to_integer<std::uint8_t>(byte);
+        AppendCharacter(code >= 0x80 && code < 0xA0 ? AnsiExtras[code - 0x80U] : char32_t{code}, escaping, text);
+    }
+}
+
+template <typename Char>
+void AppendCharacter(char32_t character, Escaping escaping, TextBuffer<Char>& text) {
+    Char* out = text.Room(LongestEscape);
+    if (IsPlain(character, PlainTableOf(escaping))) {
+        *out++ = static_cast<Char>(character);
+    } else {
+        out = PutSpecial(character, escaping, out);
+    }
+    text.SetEnd(out);
+}
+
+template <typename Char>
+void AppendAscii(std::string_view ascii, TextBuffer<Char>& text) {
+    text.SetEnd(PutAscii(ascii, text.Room(ascii.size())));
+}
+
+template <>
+void AppendFinished(std::string_view utf8, bool, TextBuffer<char>& text) {
+    char* out = text.Room(utf8.size());
+    std::memcpy(out, utf8.data(), utf8.size());
+    text.SetEnd(out + utf8.size());
+}
+
+template <>
+void AppendFinished(std::string_view utf8, bool ascii, TextBuffer<wchar_t>& text) {
+    if (ascii) {
+        AppendAscii(utf8, text);
+        return;
+    }
+    wchar_t* out = text.Room(utf8.size());
+    for (std::size_t index = 0; index < utf8.size();) {
+        const auto lead = static_cast<unsigned char>(utf8[index++]);
+        const unsigned following = lead < 0x80 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+        char32_t character = following == 0 ? lead : lead & (0x3FU >> following);
+        for (unsigned count = 0; count < following; ++count) {
+            character = character << 6 | (static_cast<unsigned char>(utf8[index++]) & 0x3FU);
+        }
+        out = PutCharacter(character, out);
+    }
+    text.SetEnd(out);
+}
+
+template void AppendUtf16Text(std::span<const std::byte>, Escaping, TextBuffer<char>&);
+template void AppendUtf16Text(std::span<const std::byte>, Escaping, TextBuffer<wchar_t>&);
+template void AppendAnsiText(std::span<const std::byte>, Escaping, TextBuffer<char>&);
+template void AppendAnsiText(std::span<const std::byte>, Escaping, TextBuffer<wchar_t>&);
+template void AppendCharacter(char32_t, Escaping, TextBuffer<char>&);
+template void AppendCharacter(char32_t, Escaping, TextBuffer<wchar_t>&);
+template void AppendAscii(std::string_view, TextBuffer<char>&);
+template void AppendAscii(std::string_view, TextBuffer<wchar_t>&);
+
+}  // namespace corvina::evtx
