@@ -8,27 +8,9 @@
 #include <string_view>
 
 #include "base/identifiers.h"
+#include "embedded/evtx/value_type.h"
 
 namespace corvina::evtx {
-
-// Types of binary XML values.
-enum class ValueType : std::uint8_t {
-    Null = 0x00,
-    Text = 0x01,
-    UInt8 = 0x04,
-    UInt16 = 0x06,
-    Int32 = 0x07,
-    UInt32 = 0x08,
-    UInt64 = 0x0A,
-    Boolean = 0x0D,
-    Binary = 0x0E,
-    Guid = 0x0F,
-    FileTime = 0x11,
-    Sid = 0x13,
-    HexInt32 = 0x14,
-    HexInt64 = 0x15,
-    BinaryXml = 0x21,
-};
 
 inline constexpr std::size_t StringBuckets = 64;
 inline constexpr std::size_t TemplateBuckets = 32;

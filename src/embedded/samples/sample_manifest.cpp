@@ -80,6 +80,7 @@ class ManifestWriter {
              "%SystemRoot%\\system32\\sample.dll\" message=\"" +
              Reference("provider", provider_.Name) + "\">");
         WriteChannels();
+        WriteNames("levels", "level", "value", UsedLevels(), false);
         WriteNames("tasks", "task", "value", provider_.Tasks, false);
         WriteNames("opcodes", "opcode", "value", provider_.Opcodes, false);
         WriteNames("keywords", "keyword", "mask", provider_.Keywords, true);
@@ -187,9 +188,30 @@ class ManifestWriter {
         Line("    </" + std::string(list) + ">");
     }
 
+    // Events of level 0 are written whatever level is asked for; it has no name that users would see.
+    std::vector<SampleName> UsedLevels() const {
+        constexpr SampleName levels[] = {{L"win:Critical", 1, L"Critical"},
+                                         {L"win:Error", 2, L"Error"},
+                                         {L"win:Warning", 3, L"Warning"},
+                                         {L"win:Informational", 4, L"Information"},
+                                         {L"win:Verbose", 5, L"Verbose"}};
+        std::vector<SampleName> used;
+        for (const SampleName& level : levels) {
+            for (const SampleEvent& event : provider_.Events) {
+                if (event.Level == level.Value) {
+                    used.push_back(level);
+                    break;
+                }
+            }
+        }
+        return used;
+    }
+
     static std::string Symbol(const SampleEvent& event) {
         return std::to_string(event.Id) + "." + std::to_string(event.Version);
     }
+
+    static std::string TemplateName(const SampleEvent& event) { return std::string(1, 'T').append(Symbol(event)); }
 
     // An event may stand in the catalog once for each of its levels; a manifest defines it once.
     template <typename Visitor>
@@ -208,7 +230,7 @@ class ManifestWriter {
             if (event.Fields.empty()) {
                 return;
             }
-            Line("     <template tid=\"T" + Symbol(event) + "\">");
+            Line("     <template tid=\"" + TemplateName(event) + "\">");
             std::size_t number = 0;
             for (const SampleField& field : event.Fields) {
                 ++number;
@@ -235,7 +257,7 @@ class ManifestWriter {
             add("task", NameOf(provider_.Tasks, event.Task));
             add("opcode", OpcodeName(event.Opcode));
             add("keywords", KeywordNames(KeywordsOf(provider_, event)));
-            add("template", event.Fields.empty() ? std::string() : "T" + Symbol(event));
+            add("template", event.Fields.empty() ? std::string() : TemplateName(event));
             add("message", Reference("event." + Symbol(event), event.Message));
             Line(line + "/>");
         });
