@@ -59,6 +59,10 @@ MakeWineTemplate() {
     export WINEPREFIX=$fresh
     AtExit StopWine
     RunOrFail "Preparing Wine" 300 "$logs/wine.log" wineboot --init
+    # A crash must end a program, not ask somebody; and the program is for the Windows of today.
+    RunBounded 60 "$logs/wine.log" wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f ||
+        Fail "Wine could not be set up; see $logs/wine.log"
+    RunBounded 60 "$logs/wine.log" wine winecfg -v win10 || Fail "Wine could not be set up; see $logs/wine.log"
     RunBounded 120 "$logs/wine.log" wineserver -w || Fail "Wine did not come to rest; see $logs/wine.log"
     printf '%s\n' "$version" >"$fresh/made-by"
     rm -rf "$wine_template"
