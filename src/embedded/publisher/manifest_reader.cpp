@@ -17,7 +17,7 @@ namespace corvina::publisher {
 namespace {
 
 // Many events may refer to one text, which each of them then holds: the texts of a manifest are bounded together.
-constexpr std::size_t MostTextCharacters = std::size_t{64} << 20;
+constexpr std::size_t MostTextCharacters = std::size_t{16} << 20;
 constexpr std::size_t MostProblems = 1'000;
 
 constexpr std::string_view Blanks = " \t\r\n";

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 
 #include "base/format_text.h"
 #include "base/parse_number.h"
@@ -25,6 +26,26 @@ std::optional<std::uint64_t> ParseValue(std::wstring_view text) {
     text.remove_prefix(negative ? 1 : 0);
     const std::optional<std::uint64_t> number = ParseUnsigned(text);
     return number && negative ? 0 - *number : number;
+}
+
+// Whether the formatter can apply a format (without its percent sign): flags, width, precision, length and kind. It
+// knows no widths taken from arguments, forced signs or prefixes.
+bool FormatterKnows(std::wstring_view format) {
+    const auto skip = [&format](std::wstring_view characters) {
+        format.remove_prefix(std::min(format.find_first_not_of(characters), format.size()));
+    };
+    skip(L"-0");
+    skip(L"0123456789");
+    if (format.starts_with(L'.')) {
+        format.remove_prefix(1);
+        skip(L"0123456789");
+    }
+    if (format.empty() || std::wstring_view(L"sdiuxX").find(format.back()) == std::wstring_view::npos) {
+        return false;
+    }
+    format.remove_suffix(1);
+    constexpr std::array<std::wstring_view, 9> lengths = {L"", L"h", L"hh", L"l", L"ll", L"w", L"I", L"I32", L"I64"};
+    return std::find(lengths.begin(), lengths.end(), format) != lengths.end();
 }
 
 // Reads a message from left to right and builds its text.
@@ -128,19 +149,17 @@ class MessageExpander {
 
     // Values come as texts; a number format is applied to those that are numbers.
     void AppendValue(const std::wstring& value, std::wstring_view format) {
-        if (format.empty() || format == L"s" || format == L"S") {
+        if (!FormatterKnows(format)) {
             Append(value);
             return;
         }
-        std::wstring conversion = L"%" + std::wstring(format);
+        const std::wstring conversion = L"%" + std::wstring(format);
         if (format.back() == L's') {
-            const std::wstring text = FormatText(conversion, {value});
-            Append(text.empty() ? value : text);
+            Append(FormatText(conversion, {value}));
             return;
         }
         const std::optional<std::uint64_t> number = ParseValue(value);
-        const std::wstring text = number ? FormatText(conversion, {*number}) : std::wstring();
-        Append(text.empty() ? value : text);
+        Append(number ? FormatText(conversion, {*number}) : value);
     }
 
     std::wstring_view message_;
