@@ -301,6 +301,7 @@ bool SkipFragmentHeaders(ByteReader& reader) {
 
 bool ParseElements(ByteReader& reader, bool hasDependencies, Program& program) {
     program.Structure.clear();
+    program.Structure.reserve(reader.Remaining() / 16);
     program.Depth = 0;
     return ElementParser(reader, hasDependencies, program).Parse();
 }

@@ -2,28 +2,32 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string_view>
 
 namespace corvina::evtx {
 
-inline std::uint8_t LoadUInt8(const std::byte* bytes) {
-    return std::to_integer<std::uint8_t>(*bytes);
+template <typename Number>
+Number LoadLittleEndian(const std::byte* bytes) {
+    Number number = 0;
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&number, bytes, sizeof number);
+    } else {
+        for (std::size_t index = sizeof number; index > 0; --index) {
+            number = static_cast<Number>(number << 8 | std::to_integer<Number>(bytes[index - 1]));
+        }
+    }
+    return number;
 }
 
-inline std::uint16_t LoadUInt16(const std::byte* bytes) {
-    return static_cast<std::uint16_t>(LoadUInt8(bytes) | (LoadUInt8(bytes + 1) << 8));
-}
-
-inline std::uint32_t LoadUInt32(const std::byte* bytes) {
-    return static_cast<std::uint32_t>(LoadUInt16(bytes)) | (static_cast<std::uint32_t>(LoadUInt16(bytes + 2)) << 16);
-}
-
-inline std::uint64_t LoadUInt64(const std::byte* bytes) {
-    return static_cast<std::uint64_t>(LoadUInt32(bytes)) | (static_cast<std::uint64_t>(LoadUInt32(bytes + 4)) << 32);
-}
+inline std::uint8_t LoadUInt8(const std::byte* bytes) { return std::to_integer<std::uint8_t>(*bytes); }
+inline std::uint16_t LoadUInt16(const std::byte* bytes) { return LoadLittleEndian<std::uint16_t>(bytes); }
+inline std::uint32_t LoadUInt32(const std::byte* bytes) { return LoadLittleEndian<std::uint32_t>(bytes); }
+inline std::uint64_t LoadUInt64(const std::byte* bytes) { return LoadLittleEndian<std::uint64_t>(bytes); }
 
 // Whether UTF-16 text is this text of characters below 128.
 inline bool EqualsAscii(std::span<const std::byte> utf16, std::string_view ascii) {

@@ -70,11 +70,16 @@ struct Chunk::State {
         return found != Records.end() && found->Offset == record.Offset && found->Size == record.Size;
     }
 
-    void VerifyChecksums(std::size_t usedEnd) {
+    // Only when somebody asks: sound records are read whatever the checksums say.
+    void VerifyChecksums() {
+        if (!ChecksumsWanted) {
+            return;
+        }
+        ChecksumsWanted = false;
         const std::span<const std::byte> bytes = Bytes;
         const std::uint32_t fields = Checksum(0, bytes.first(HeaderFieldsSize));
         const std::uint32_t header = Checksum(fields, bytes.subspan(TablesOffset, ChunkHeaderSize - TablesOffset));
-        const std::uint32_t records = Checksum(0, bytes.subspan(ChunkHeaderSize, usedEnd - ChunkHeaderSize));
+        const std::uint32_t records = Checksum(0, bytes.subspan(ChunkHeaderSize, UsedEnd - ChunkHeaderSize));
         Damage.HeaderChecksum = header != LoadUInt32(&bytes[HeaderChecksumField]);
         Damage.RecordsChecksum = records != LoadUInt32(&bytes[RecordsChecksumField]);
     }
@@ -111,6 +116,8 @@ struct Chunk::State {
     std::vector<Value> Values;
     std::vector<RecordPlace> Records;
     ChunkDamage Damage;
+    bool ChecksumsWanted = false;
+    std::size_t UsedEnd = 0;
     TextBuffer<char> Utf8Buffer;
     TextBuffer<wchar_t> WideBuffer;
 };
@@ -123,9 +130,8 @@ Chunk::Chunk(std::vector<std::byte> bytes, bool verifyChecksums) {
     state_->Records = std::move(walk.Records);
     state_->Damage.SkippedRecords = walk.Damaged;
     state_->Damage.MissingHeader = !walk.HasHeader && !state_->Records.empty();
-    if (walk.HasHeader && verifyChecksums) {
-        state_->VerifyChecksums(walk.UsedEnd);
-    }
+    state_->ChecksumsWanted = walk.HasHeader && verifyChecksums;
+    state_->UsedEnd = walk.UsedEnd;
     state_->KeepSoundRecords();
 }
 

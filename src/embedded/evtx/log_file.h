@@ -1,6 +1,6 @@
-// Reading .evtx files: the file, its chunks and their records, whatever state they are in. Any bytes at all give records
-// or a clear error. Chunks are copied out of the file one at a time (64 KiB) before they are looked at, so a file that
-// changes or shrinks while it is open can never pull checked data away under the reader.
+// Reading .evtx files: the file, its chunks and their records, whatever state they are in. Any bytes at all give
+// records or a clear error. Chunks are copied out of the file one at a time (64 KiB) before they are looked at, so a
+// file that changes or shrinks while it is open can never pull checked data away under the reader.
 #pragma once
 
 #include <cstddef>
@@ -43,12 +43,13 @@ struct RecordPlace {
 struct ChunkDamage {
     bool HeaderChecksum = false;
     bool RecordsChecksum = false;
-    bool MissingHeader = false;     // no chunk signature, but records were found by their own
-    std::uint32_t SkippedRecords = 0;  // records whose sizes differ, that leave the chunk or whose binary XML is invalid
+    bool MissingHeader = false;  // no chunk signature, but records were found by their own
+    std::uint32_t SkippedRecords =
+        0;  // records whose sizes differ, that leave the chunk or whose binary XML is invalid
 };
 
-// One chunk with its records, owned bytes included; independent of the file it came from. Not thread-safe: templates are
-// decoded on first use and kept.
+// One chunk with its records, owned bytes included; independent of the file it came from. Not thread-safe: templates
+// are decoded on first use and kept.
 class Chunk {
   public:
     // `bytes` is what the file holds at the chunk's place; a short last chunk is padded with zeros.
@@ -57,8 +58,8 @@ class Chunk {
     Chunk(const Chunk&) = delete;
     Chunk& operator=(const Chunk&) = delete;
 
-    // In the order of the chunk. Empty for an unused or unreadable chunk. Records whose binary XML turns out to be invalid
-    // are not in the list: it holds exactly the records that can be rendered.
+    // In the order of the chunk. Empty for an unused or unreadable chunk. Records whose binary XML turns out to be
+    // invalid are not in the list: it holds exactly the records that can be rendered.
     std::span<const RecordPlace> Records() const;
     const ChunkDamage& Damage() const;
 
@@ -93,8 +94,8 @@ struct ChunkPlace {
 // An open log file.
 class LogFile {
   public:
-    // Opens a file. On failure returns none and an error code: 2, 3, 5 as the system gives them, 1500 when the file is not
-    // an event log (empty, shorter than a header, another signature, a major version other than 3).
+    // Opens a file. On failure returns none and an error code: 2, 3, 5 as the system gives them, 1500 when the file is
+    // not an event log (empty, shorter than a header, another signature, a major version other than 3).
     static std::shared_ptr<const LogFile> Open(const std::filesystem::path& path, std::uint32_t& error);
 
     // The same over any source of bytes, for tests and fuzzing.

@@ -20,11 +20,11 @@ inline constexpr std::uint32_t MaximumDepth = 64;
 
 enum class Operation : std::uint8_t {
     SkipIfNull,       // goes on at End when the value of Slot is null
-    Element,          // Place, Length: the name; Slot, Content: what the content is substituted from; End
+    Element,          // Slot, Content: what the content is substituted from; End; Place, Length: the name
     EndStartTag,      // ">"
     EndEmptyElement,  // "/>"
     EndElement,       // "</name>"
-    Attribute,        // Place, Length: the name; Slot, Content, End as for an element
+    Attribute,        // the same as for an element
     EndAttribute,
     Text,              // Place, Length: UTF-16 text
     CharacterData,     // the same, as a CDATA section
@@ -32,8 +32,8 @@ enum class Operation : std::uint8_t {
     Entity,            // Place, Length: the name
     ProcessingTarget,  // Place, Length: the name
     ProcessingData,    // Place, Length: UTF-16 text
-    Substitution,      // Slot, Depth
-    Literal,           // in a rendering: Place, Length in the program's Literals
+    Substitution,      // Slot
+    Literal,           // in a rendering: nothing but its literal
 };
 
 // How an element or an attribute depends on the values that are substituted in its content.
@@ -50,9 +50,11 @@ struct Instruction {
     bool InAttribute = false;  // of a substitution
     bool Ascii = false;        // of a literal
     std::uint16_t Slot = 0;
+    // In a structure: names and texts in the chunk, Length in UTF-16 units. In a rendering: the literal in front of
+    // what the instruction does, in the program's Literals, Length in bytes.
     std::uint32_t Place = 0;
-    std::uint32_t Length = 0;  // of texts in UTF-16 units, of literals in bytes
-    std::uint32_t End = 0;     // index of the instruction after the whole element or attribute
+    std::uint32_t Length = 0;
+    std::uint32_t End = 0;  // index of the instruction after the whole element or attribute
 };
 
 using InstructionList = std::vector<Instruction>;

@@ -93,44 +93,34 @@ class ProgramRunner {
                RunRange(frame, 0, end, nullptr);
     }
 
-    Value ValueAt(const Frame& frame, std::uint16_t slot) const {
-        return slot < frame.ValueCount ? values_[frame.FirstValue + slot] : Value{};
+    // The reference lasts until something nested is run.
+    const Value& ValueAt(const Frame& frame, std::uint16_t slot) const {
+        return slot < frame.ValueCount ? values_[frame.FirstValue + slot] : null_;
     }
 
     bool RunRange(const Frame& frame, std::size_t index, std::size_t end, const RepeatedItem* repeated) {
         const InstructionList& list = ListOf(frame.Code);
         while (index < end) {
             const Instruction& instruction = list[index++];
-            switch (instruction.Code) {
-                case Operation::Literal:
-                    if (!AddLiteral(frame, instruction)) {
-                        return false;
-                    }
-                    break;
-                case Operation::Substitution:
-                    if (!Substitute(frame, instruction, repeated)) {
-                        return false;
-                    }
-                    break;
-                case Operation::SkipIfNull:
-                    if (ValueAt(frame, instruction.Slot).IsNull()) {
-                        if (IsRoot(frame, instruction)) {
-                            return false;
-                        }
-                        index = instruction.End;
-                    }
-                    break;
-                case Operation::Element:
-                case Operation::Attribute:
-                    if (!Open(frame, instruction, index)) {
-                        return false;
-                    }
-                    break;
-                default:
-                    if (!AddPiece(instruction)) {
-                        return false;
-                    }
-                    break;
+            if (!AddLiteral(frame, instruction)) {
+                return false;
+            }
+            // Substitutions first: a rendering consists of little else.
+            bool done = true;
+            if (instruction.Code == Operation::Substitution) {
+                done = Substitute(frame, instruction, repeated);
+            } else if (instruction.Code == Operation::Element || instruction.Code == Operation::Attribute) {
+                done = Open(frame, instruction, index);
+            } else if (instruction.Code == Operation::SkipIfNull) {
+                if (ValueAt(frame, instruction.Slot).IsNull()) {
+                    done = !IsRoot(frame, instruction);
+                    index = instruction.End;
+                }
+            } else {
+                done = AddPiece(instruction);
+            }
+            if (!done) {
+                return false;
             }
         }
         return true;
@@ -140,13 +130,13 @@ class ProgramRunner {
         return frame.Depth == 0 && instruction.Depth == 0;
     }
 
-    bool AddLiteral(const Frame& frame, const Instruction& literal) {
+    bool AddLiteral(const Frame& frame, const Instruction& instruction) {
         if constexpr (!Handler::WantsStructure) {
-            if (!Charge(literal.Length)) {
-                return false;
+            if (instruction.Length > 0) {
+                const char* literals = frame.Code.Literals.data();
+                handler_.Literal({literals + instruction.Place, instruction.Length}, instruction.Ascii);
+                return Charge(instruction.Length);
             }
-            const std::string_view literals = frame.Code.Literals;
-            handler_.Literal(literals.substr(literal.Place, literal.Length), literal.Ascii);
         }
         return true;
     }
@@ -165,7 +155,7 @@ class ProgramRunner {
     // when it is repeated.
     bool Open(const Frame& frame, const Instruction& instruction, std::size_t& index) {
         if (instruction.Content != ContentKind::Fixed) {
-            const Value value = ValueAt(frame, instruction.Slot);
+            const Value& value = ValueAt(frame, instruction.Slot);
             const bool isRoot = instruction.Code == Operation::Element && IsRoot(frame, instruction);
             if (value.IsNull() && instruction.Content == ContentKind::Optional) {
                 index = instruction.End;
@@ -180,7 +170,7 @@ class ProgramRunner {
         return AddPiece(instruction);
     }
 
-    bool Repeat(const Frame& frame, const Instruction& element, std::size_t begin, const Value& array) {
+    bool Repeat(const Frame& frame, const Instruction& element, std::size_t begin, Value array) {
         ArrayItems items(templates_.Chunk(), array);
         RepeatedItem repeated{element.Slot, {}};
         while (items.Next(repeated.Item)) {
@@ -192,10 +182,8 @@ class ProgramRunner {
     }
 
     bool Substitute(const Frame& frame, const Instruction& instruction, const RepeatedItem* repeated) {
-        Value value = ValueAt(frame, instruction.Slot);
-        if (repeated != nullptr && repeated->Slot == instruction.Slot && !instruction.InAttribute) {
-            value = repeated->Item;
-        }
+        const bool isItem = repeated != nullptr && repeated->Slot == instruction.Slot && !instruction.InAttribute;
+        const Value& value = isItem ? repeated->Item : ValueAt(frame, instruction.Slot);
         // The longest text that bytes can become is six characters for each, an escaped 8-bit text.
         if (!Charge(32 + 6 * std::size_t{value.Size})) {
             return false;
@@ -209,6 +197,7 @@ class ProgramRunner {
         return !instruction.InAttribute && depth <= MaximumDepth && RunFragment(reader, depth);
     }
 
+    const Value null_;
     TemplateStore& templates_;
     std::vector<Value>& values_;
     Handler& handler_;

@@ -17,6 +17,7 @@ class RenderingMaker {
 
     bool Make() {
         program_.Rendering.clear();
+        program_.Rendering.reserve(program_.Structure.size() / 4);
         for (std::uint32_t index = 0; index < program_.Structure.size(); ++index) {
             ResolveEnds(index);
             Translate(program_.Structure[index]);
@@ -25,7 +26,7 @@ class RenderingMaker {
             }
         }
         ResolveEnds(static_cast<std::uint32_t>(program_.Structure.size()));
-        FlushLiteral();
+        AddRestOfLiteral();
         program_.Literals.assign(literals_.View());
         return true;
     }
@@ -76,8 +77,7 @@ class RenderingMaker {
                 inAttribute_ = false;
                 break;
             case Operation::Substitution:
-                FlushLiteral();
-                program_.Rendering.push_back(instruction);
+                Add(instruction);
                 break;
             default:
                 TranslateContent(instruction);
@@ -166,39 +166,41 @@ class RenderingMaker {
     }
 
     void AddConditional(const Instruction& instruction) {
-        FlushLiteral();
         openEnds_.push_back({static_cast<std::uint32_t>(program_.Rendering.size()), instruction.End});
-        program_.Rendering.push_back(instruction);
+        Add(instruction);
     }
 
     void ResolveEnds(std::uint32_t structureIndex) {
         while (!openEnds_.empty() && openEnds_.back().StructureEnd <= structureIndex) {
-            FlushLiteral();
+            AddRestOfLiteral();
             program_.Rendering[openEnds_.back().RenderingIndex].End =
                 static_cast<std::uint32_t>(program_.Rendering.size());
             openEnds_.pop_back();
         }
     }
 
-    void FlushLiteral() {
-        const std::string_view literal = literals_.View().substr(flushed_);
-        if (literal.empty()) {
-            return;
-        }
-        Instruction& added = program_.Rendering.emplace_back();
-        added.Code = Operation::Literal;
-        added.Place = static_cast<std::uint32_t>(flushed_);
+    // What was put since the last instruction is the literal in front of this one.
+    void Add(const Instruction& instruction) {
+        const std::string_view literal = literals_.View().substr(added_);
+        Instruction& added = program_.Rendering.emplace_back(instruction);
+        added.Place = static_cast<std::uint32_t>(added_);
         added.Length = static_cast<std::uint32_t>(literal.size());
         added.Ascii = std::all_of(literal.begin(), literal.end(),
                                   [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-        flushed_ = literals_.Size();
+        added_ = literals_.Size();
+    }
+
+    void AddRestOfLiteral() {
+        if (literals_.Size() > added_) {
+            Add({});
+        }
     }
 
     std::span<const std::byte> chunk_;
     std::size_t longestLiterals_;
     Program& program_;
     TextBuffer<char> literals_;
-    std::size_t flushed_ = 0;
+    std::size_t added_ = 0;  // how much of the literals belongs to instructions
     std::vector<OpenEnd> openEnds_;
     std::array<const Instruction*, MaximumDepth + 1> names_{};
     bool inAttribute_ = false;

@@ -3,134 +3,18 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
-#include <string_view>
+#include <iterator>
 
-#include "base/calendar.h"
 #include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/scalar_writer.h"
 
 namespace corvina::evtx {
 namespace {
 
 using Bytes = std::span<const std::byte>;
 
-constexpr std::size_t LongestScalar = 256;  // a security identifier with 15 sub-authorities has 184 characters
 constexpr std::size_t GuidSize = 16;
 constexpr std::size_t SystemTimeSize = 16;
-
-// Writes characters below 128 one after another into a place that is known to be large enough.
-class AsciiWriter {
-  public:
-    explicit AsciiWriter(char* begin) : begin_(begin), end_(begin) {}
-
-    std::string_view View() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
-
-    AsciiWriter& Put(char character) {
-        *end_++ = character;
-        return *this;
-    }
-
-    AsciiWriter& Put(std::string_view text) {
-        for (const char character : text) {
-            *end_++ = character;
-        }
-        return *this;
-    }
-
-    AsciiWriter& Decimal(std::uint64_t number) {
-        end_ = std::to_chars(end_, end_ + 20, number).ptr;
-        return *this;
-    }
-
-    // With zeros in front up to `width` digits.
-    AsciiWriter& Padded(std::uint32_t number, std::size_t width) {
-        char digits[10];
-        std::size_t count = 0;
-        do {
-            digits[count++] = static_cast<char>('0' + number % 10);
-            number /= 10;
-        } while (number != 0 || count < width);
-        while (count > 0) {
-            *end_++ = digits[--count];
-        }
-        return *this;
-    }
-
-    AsciiWriter& Hexadecimal(std::uint64_t number) {
-        end_ = std::to_chars(end_, end_ + 16, number, 16).ptr;
-        return *this;
-    }
-
-    AsciiWriter& HexByte(std::byte byte) {
-        constexpr char Digits[] = "0123456789abcdef";
-        *end_++ = Digits[std::to_integer<unsigned>(byte) >> 4];
-        *end_++ = Digits[std::to_integer<unsigned>(byte) & 0xF];
-        return *this;
-    }
-
-    template <typename Number>
-    AsciiWriter& Float(Number number) {
-        if (std::isnan(number)) {
-            return Put("NaN");
-        }
-        if (std::isinf(number)) {
-            return Put(number < 0 ? "-INF" : "INF");
-        }
-        end_ = std::to_chars(end_, end_ + 64, number).ptr;
-        return *this;
-    }
-
-  private:
-    char* begin_;
-    char* end_;
-};
-
-void PutGuid(Bytes guid, AsciiWriter& out) {
-    constexpr std::uint8_t Order[GuidSize] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
-    out.Put('{');
-    for (std::size_t index = 0; index < GuidSize; ++index) {
-        if (index == 4 || index == 6 || index == 8 || index == 10) {
-            out.Put('-');
-        }
-        out.HexByte(guid[Order[index]]);
-    }
-    out.Put('}');
-}
-
-void PutSid(Bytes sid, AsciiWriter& out) {
-    std::uint64_t authority = 0;
-    for (std::size_t index = 2; index < 8; ++index) {
-        authority = authority << 8 | LoadUInt8(&sid[index]);
-    }
-    out.Put("S-1-");
-    if (authority <= UINT32_MAX) {
-        out.Decimal(authority);
-    } else {
-        constexpr char Digits[] = "0123456789ABCDEF";
-        out.Put("0x");
-        for (int shift = 44; shift >= 0; shift -= 4) {
-            out.Put(Digits[authority >> shift & 0xF]);
-        }
-    }
-    const std::size_t count = LoadUInt8(&sid[1]);
-    for (std::size_t index = 0; index < count; ++index) {
-        out.Put('-').Decimal(LoadUInt32(&sid[8 + 4 * index]));
-    }
-}
-
-void PutFileTime(std::uint64_t fileTime, AsciiWriter& out) {
-    const CalendarTime time = CalendarFromFileTime(fileTime);
-    out.Padded(static_cast<std::uint32_t>(time.Year), 4).Put('-').Padded(time.Month, 2).Put('-').Padded(time.Day, 2);
-    out.Put('T').Padded(time.Hour, 2).Put(':').Padded(time.Minute, 2).Put(':').Padded(time.Second, 2);
-    out.Put('.').Padded(time.Ticks, 7).Put('Z');
-}
-
-// Fields in the order of the structure: year, month, day of the week, day, hour, minute, second, milliseconds.
-void PutSystemTime(Bytes bytes, AsciiWriter& out) {
-    const auto field = [bytes](std::size_t index) { return std::uint32_t{LoadUInt16(&bytes[2 * index])}; };
-    out.Padded(field(0), 4).Put('-').Padded(field(1), 2).Put('-').Padded(field(3), 2);
-    out.Put('T').Padded(field(4), 2).Put(':').Padded(field(5), 2).Put(':').Padded(field(6), 2);
-    out.Put('.').Padded(field(7), 3).Put('Z');
-}
 
 // Integers are stored in the size of their type; where a writer stored fewer bytes, those are the low ones.
 std::uint64_t LowBytes(Bytes bytes, std::size_t size) {
@@ -194,13 +78,14 @@ std::uint64_t IntegerOf(ValueType type, Bytes bytes) {
     return IsSigned(type) && bytes.size() >= size ? SignExtended(number, size) : number;
 }
 
-void PutInteger(ValueType type, std::uint64_t number, AsciiWriter& out) {
+template <typename Char>
+void PutInteger(ValueType type, std::uint64_t number, ScalarWriter<Char>& out) {
     switch (type) {
         case ValueType::Boolean:
             out.Put(number != 0 ? "true" : "false");
             return;
         case ValueType::FileTime:
-            PutFileTime(number, out);
+            out.FileTime(number);
             return;
         case ValueType::Size:
         case ValueType::HexInt32:
@@ -217,41 +102,41 @@ void PutInteger(ValueType type, std::uint64_t number, AsciiWriter& out) {
     }
 }
 
+// The shortest decimal text that reads back as the same number; the names of the others are those of XML's data types.
+template <typename Number, typename Char>
+void PutFloat(Number number, ScalarWriter<Char>& out) {
+    char text[64];
+    if (std::isnan(number)) {
+        out.Put("NaN");
+    } else if (std::isinf(number)) {
+        out.Put(number < 0 ? "-INF" : "INF");
+    } else {
+        const char* end = std::to_chars(std::begin(text), std::end(text), number).ptr;
+        out.Put({text, static_cast<std::size_t>(end - text)});
+    }
+}
+
 // Writes a value that has a short text; false when its bytes are not a value of its type.
-bool PutScalar(ValueType type, Bytes bytes, AsciiWriter& out) {
+template <typename Char>
+bool PutScalar(ValueType type, Bytes bytes, ScalarWriter<Char>& out) {
     if (IntegerSize(type, bytes.size()) != 0) {
         PutInteger(type, IntegerOf(type, bytes), out);
         return true;
     }
-    switch (type) {
-        case ValueType::Float:
-            if (bytes.size() >= 4) {
-                out.Float(std::bit_cast<float>(LoadUInt32(bytes.data())));
-            }
-            return bytes.size() >= 4;
-        case ValueType::Double:
-            if (bytes.size() >= 8) {
-                out.Float(std::bit_cast<double>(LoadUInt64(bytes.data())));
-            }
-            return bytes.size() >= 8;
-        case ValueType::Guid:
-            if (bytes.size() >= GuidSize) {
-                PutGuid(bytes, out);
-            }
-            return bytes.size() >= GuidSize;
-        case ValueType::SystemTime:
-            if (bytes.size() >= SystemTimeSize) {
-                PutSystemTime(bytes, out);
-            }
-            return bytes.size() >= SystemTimeSize;
-        case ValueType::Sid:
-            if (SidLength(bytes) != 0) {
-                PutSid(bytes, out);
-            }
-            return SidLength(bytes) != 0;
-        default:
-            return false;
+    if (type == ValueType::Float && bytes.size() >= sizeof(float)) {
+        PutFloat(std::bit_cast<float>(LoadUInt32(bytes.data())), out);
+    } else if (type == ValueType::Double && bytes.size() >= sizeof(double)) {
+        PutFloat(std::bit_cast<double>(LoadUInt64(bytes.data())), out);
+    } else if (type == ValueType::Guid && bytes.size() >= GuidSize) {
+        out.Guid(bytes);
+    } else if (type == ValueType::SystemTime && bytes.size() >= SystemTimeSize) {
+        out.SystemTime(bytes);
+    } else if (type == ValueType::Sid && SidLength(bytes) != 0) {
+        out.Sid(bytes);
+    } else {
+        return false;
     }
+    return true;
 }
 
 template <typename Char>
@@ -284,10 +169,9 @@ void AppendItemText(std::span<const std::byte> chunk, const Value& value, Escapi
     if (bytes.empty()) {
         return;
     }
-    char scalar[LongestScalar];
-    AsciiWriter out(scalar);
+    ScalarWriter<Char> out(text.Room(LongestScalar));
     if (PutScalar(value.Type, bytes, out)) {
-        AppendAscii(out.View(), text);
+        text.SetEnd(out.End());
     } else {
         AppendBytes(bytes, text);
     }

@@ -13,18 +13,19 @@ namespace {
 // The most characters that one unit of the source can become: a reference such as "&quot;".
 constexpr std::size_t LongestEscape = 6;
 
-using PlainTable = std::array<bool, 128>;
+// For each character below 128 whether it needs no escaping: 1 or 0.
+using PlainTable = std::array<std::uint8_t, 128>;
 
 constexpr PlainTable MakePlainTable(Escaping escaping) {
     PlainTable plain{};
     for (char32_t character = 0; character < 128; ++character) {
         const bool markup = character == '&' || character == '<' || character == '>';
-        plain[character] = escaping == Escaping::None || IsXmlCharacter(character);
+        plain[character] = escaping == Escaping::None || IsXmlCharacter(character) ? 1 : 0;
         if ((escaping == Escaping::Text || escaping == Escaping::Attribute) && markup) {
-            plain[character] = false;
+            plain[character] = 0;
         }
         if (escaping == Escaping::Attribute && character == '\'') {
-            plain[character] = false;
+            plain[character] = 0;
         }
     }
     return plain;
@@ -110,6 +111,26 @@ bool IsPlain(char32_t character, const PlainTable& plain) {
     return character < 128 && plain[character];
 }
 
+// Copies plain characters four at a time up to the first group that is not all plain: nearly all texts are.
+template <typename Char>
+Char* CopyPlainGroups(const std::byte*& unit, const std::byte* end, const PlainTable& plain, Char* out) {
+    constexpr std::uint64_t NotAscii = 0xFF80'FF80'FF80'FF80;
+    while (end - unit >= 8) {
+        const std::uint64_t group = LoadUInt64(unit);
+        if ((group & NotAscii) != 0 ||
+            (plain[group & 0x7F] & plain[group >> 16 & 0x7F] & plain[group >> 32 & 0x7F] & plain[group >> 48]) == 0) {
+            break;
+        }
+        out[0] = static_cast<Char>(group & 0x7F);
+        out[1] = static_cast<Char>(group >> 16 & 0x7F);
+        out[2] = static_cast<Char>(group >> 32 & 0x7F);
+        out[3] = static_cast<Char>(group >> 48);
+        out += 4;
+        unit += 8;
+    }
+    return out;
+}
+
 }  // namespace
 
 template <typename Char>
@@ -119,6 +140,10 @@ void AppendUtf16Text(std::span<const std::byte> utf16, Escaping escaping, TextBu
     const std::byte* const end = unit + (utf16.size() & ~std::size_t{1});
     Char* out = text.Room(LongestEscape * (utf16.size() / 2));
     while (unit != end) {
+        out = CopyPlainGroups(unit, end, plain, out);
+        if (unit == end) {
+            break;
+        }
         char32_t character = LoadUInt16(unit);
         unit += 2;
         if (IsPlain(character, plain)) {

@@ -1,0 +1,131 @@
+// Writes numbers, times and identifiers as characters below 128, straight into the text that they become part of.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "base/calendar.h"
+#include "embedded/evtx/byte_reader.h"
+
+namespace corvina::evtx {
+
+// No value is longer than this: a security identifier with 15 sub-authorities has 184 characters.
+inline constexpr std::size_t LongestScalar = 256;
+
+// Char is char or wchar_t. There must be room for LongestScalar characters.
+template <typename Char>
+class ScalarWriter {
+  public:
+    explicit ScalarWriter(Char* out) : out_(out) {}
+
+    const Char* End() const { return out_; }
+
+    ScalarWriter& Put(char character) {
+        *out_++ = static_cast<Char>(character);
+        return *this;
+    }
+
+    ScalarWriter& Put(std::string_view text) {
+        for (const char character : text) {
+            Put(character);
+        }
+        return *this;
+    }
+
+    ScalarWriter& Decimal(std::uint64_t number) {
+        char digits[20];
+        std::size_t count = 0;
+        do {
+            digits[count++] = static_cast<char>('0' + number % 10);
+            number /= 10;
+        } while (number != 0);
+        return PutReversed(digits, count);
+    }
+
+    // With zeros in front up to `width` digits, at most 10.
+    ScalarWriter& Padded(std::uint32_t number, std::size_t width) {
+        char digits[10];
+        std::size_t count = 0;
+        do {
+            digits[count++] = static_cast<char>('0' + number % 10);
+            number /= 10;
+        } while (number != 0 || count < width);
+        return PutReversed(digits, count);
+    }
+
+    ScalarWriter& Hexadecimal(std::uint64_t number) {
+        char digits[16];
+        std::size_t count = 0;
+        do {
+            digits[count++] = "0123456789abcdef"[number & 0xF];
+            number >>= 4;
+        } while (number != 0);
+        return PutReversed(digits, count);
+    }
+
+    // "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}" from 16 bytes.
+    ScalarWriter& Guid(std::span<const std::byte> guid) {
+        constexpr std::uint8_t Order[] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
+        Put('{');
+        for (std::size_t index = 0; index < std::size(Order); ++index) {
+            if (index == 4 || index == 6 || index == 8 || index == 10) {
+                Put('-');
+            }
+            const std::uint8_t byte = LoadUInt8(&guid[Order[index]]);
+            Put("0123456789abcdef"[byte >> 4]).Put("0123456789abcdef"[byte & 0xF]);
+        }
+        return Put('}');
+    }
+
+    // "S-1-5-18" from a valid identifier. Authorities of 2^32 and above are written as "0x" and 12 digits.
+    ScalarWriter& Sid(std::span<const std::byte> sid) {
+        std::uint64_t authority = 0;
+        for (std::size_t index = 2; index < 8; ++index) {
+            authority = authority << 8 | LoadUInt8(&sid[index]);
+        }
+        Put("S-1-");
+        if (authority <= UINT32_MAX) {
+            Decimal(authority);
+        } else {
+            Put("0x");
+            for (unsigned digit = 12; digit > 0; --digit) {
+                Put("0123456789ABCDEF"[authority >> (4 * (digit - 1)) & 0xF]);
+            }
+        }
+        const std::size_t count = LoadUInt8(&sid[1]);
+        for (std::size_t index = 0; index < count; ++index) {
+            Put('-').Decimal(LoadUInt32(&sid[8 + 4 * index]));
+        }
+        return *this;
+    }
+
+    // "2024-03-05T13:07:09.1234567Z"
+    ScalarWriter& FileTime(std::uint64_t fileTime) {
+        const CalendarTime time = CalendarFromFileTime(fileTime);
+        Padded(static_cast<std::uint32_t>(time.Year), 4).Put('-').Padded(time.Month, 2).Put('-').Padded(time.Day, 2);
+        Put('T').Padded(time.Hour, 2).Put(':').Padded(time.Minute, 2).Put(':').Padded(time.Second, 2);
+        return Put('.').Padded(time.Ticks, 7).Put('Z');
+    }
+
+    // "2024-03-05T13:07:09.123Z" from 16 bytes: year, month, day of the week, day, hour, minute, second, milliseconds.
+    ScalarWriter& SystemTime(std::span<const std::byte> bytes) {
+        const auto field = [bytes](std::size_t index) { return std::uint32_t{LoadUInt16(&bytes[2 * index])}; };
+        Padded(field(0), 4).Put('-').Padded(field(1), 2).Put('-').Padded(field(3), 2);
+        Put('T').Padded(field(4), 2).Put(':').Padded(field(5), 2).Put(':').Padded(field(6), 2);
+        return Put('.').Padded(field(7), 3).Put('Z');
+    }
+
+  private:
+    ScalarWriter& PutReversed(const char* digits, std::size_t count) {
+        while (count > 0) {
+            Put(digits[--count]);
+        }
+        return *this;
+    }
+
+    Char* out_;
+};
+
+}  // namespace corvina::evtx
