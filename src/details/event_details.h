@@ -46,10 +46,13 @@ class EventDetails {
     bool FetchEventByRecordId(std::wstring_view log, EventSource source, const std::wstring& provider,
                               std::uint32_t recordId, EventTexts& texts);
 
-    // The system properties as lines "label: value\n"; both texts are empty when the event cannot be rendered.
-    void RenderSystemProperties(EVT_HANDLE event, EVT_HANDLE metadata, std::wstring& left, std::wstring& right);
+    // The system properties as lines "label: value\n"; a value that the event lacks leaves its line without one. Both
+    // texts are empty when the event cannot be rendered. Returns the event's identifier.
+    std::uint32_t RenderSystemProperties(EVT_HANDLE event, EVT_HANDLE metadata, std::wstring& left,
+                                         std::wstring& right);
 
   private:
+    void ReportQueryFailure(std::uint32_t error);
     EvtHandle OpenMetadata(EVT_HANDLE session, const std::wstring& provider);
     void ReadEvent(EVT_HANDLE event, EVT_HANDLE metadata, const std::wstring& provider, EventTexts& texts);
 

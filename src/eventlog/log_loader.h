@@ -68,21 +68,27 @@ class LogLoader {
     // Shows captions, counts and the first row of what was loaded last.
     void ShowResult();
 
-    // Fetches and renders all events of a query; 0 or the first error, error::NoMoreItems at a normal end.
+    // Empties the list, which then shows no log at all; refused during a load.
+    void ShowNothing(std::wstring_view caption);
+
+    // Fetches and renders all events of a query. Returns error::NoMoreItems at a normal end, 0 when it was stopped,
+    // else the first error.
     std::uint32_t FetchEvents(EVT_HANDLE query);
 
     bool IsLoading() const { return loading_; }
-    // Ends the running load after the present event; what has been loaded stays and is counted.
+    // Ends the running load as soon as its message pump returns; what has been loaded stays and is counted.
     void StopLoading() { stopRequested_ = loading_; }
 
     const LoadedView& View() const { return view_; }
 
   private:
-    struct QuerySource;
-    void Run(const QuerySource& source);
-    void FetchQuery(const QuerySource& source);
+    void Load(LoadedView view, const TextConditions& conditions, const std::function<void()>& fetch);
+    void FetchChannel(const std::wstring& path);
     void PrepareChannel(const std::wstring& path);
+    void FetchSavedLog(const std::wstring& path, const std::wstring& key);
     void CollectPublishers(const std::wstring& filePath);
+    void FetchQuery(EVT_HANDLE session, const wchar_t* path, const wchar_t* query, DWORD flags);
+    void RunQuery(EVT_HANDLE session, const wchar_t* path, const wchar_t* query, DWORD flags);
     void RefreshNodeCaption();
     void DispatchMessages();
 

@@ -46,7 +46,7 @@ class LogSelection {
     void RepeatLoad();
 
   private:
-    enum class Action { Select, ReloadChannel, Repeat };
+    enum class Action { Select, ReloadChannel };
     struct Request {
         Action What = Action::Select;
         NodeId Node = NodeId::None;
@@ -55,13 +55,15 @@ class LogSelection {
     void Perform(const Request& request);
     void Carry(const Request& request);
     bool LoadsEvents(const Request& request) const;
-    void SwitchToComputerOf(NodeId node);
-    void LoadNode(NodeId node, bool withStoredFilter);
+    void LoadNode(const LogTreeNode& node, std::uint32_t computerIndex, bool withStoredFilter);
+    void LoadChannelNode(NodeId node, const std::wstring& path, bool withStoredFilter);
     void LoadSavedLog(NodeId node, const std::wstring& key);
-    void LoadChannelNode(NodeId node, std::int32_t channelIndex, bool withStoredFilter);
     void LoadStructured(NodeId node, const std::wstring& queryText, const std::wstring& viewName);
+    std::vector<std::wstring> EnabledChannels(std::uint32_t computerIndex) const;
+    std::vector<std::wstring> AdministrativeChannels(std::uint32_t computerIndex) const;
 
     Parts parts_;
+    Action lastAction_ = Action::Select;
     bool running_ = false;
     std::optional<Request> nextLoad_;
     std::optional<Request> nextSwitch_;

@@ -1,7 +1,7 @@
 #include "eventlog/row_store.h"
 
+#include <array>
 #include <new>
-#include <optional>
 
 #include "eventlog/text_pool.h"
 
@@ -31,7 +31,8 @@ const EventRow NoRow{};
 
 struct RowStore::State {
     VisibleColumns Columns;
-    std::vector<Column> Shown;  // the visible columns in order
+    std::array<Column, ColumnCount> Shown{};  // the visible columns in order
+    std::size_t ShownCount = 0;
     TextPool Pool;
     std::vector<std::unique_ptr<EventRow[]>> Blocks;
     std::size_t Stored = 0;            // rows in the blocks, erased ones included
@@ -44,12 +45,16 @@ RowStore::RowStore() : state_(std::make_unique<State>()) {}
 RowStore::~RowStore() = default;
 
 void RowStore::Reset(const VisibleColumns& columns) {
-    state_.reset();  // first, so that two large views never stand in memory at once
-    state_ = std::make_unique<State>();
-    state_->Columns = columns;
+    State& state = *state_;
+    state.Pool.Clear();
+    state.Blocks = std::vector<std::unique_ptr<EventRow[]>>();
+    state.Stored = 0;
+    state.Order = std::vector<std::uint32_t>();
+    state.Columns = columns;
+    state.ShownCount = 0;
     for (std::size_t column = 0; column < ColumnCount; ++column) {
         if (columns[column]) {
-            state_->Shown.push_back(static_cast<Column>(column));
+            state.Shown[state.ShownCount++] = static_cast<Column>(column);
         }
     }
 }
@@ -93,7 +98,7 @@ TextReference RowStore::ColumnText(const EventRow& row, Column column) const {
 }
 
 std::wstring_view RowStore::CellText(std::size_t index, std::size_t position) const {
-    if (index >= Size() || position >= state_->Shown.size()) {
+    if (index >= Size() || position >= state_->ShownCount) {
         return {};
     }
     return Text(ColumnText(Row(index), state_->Shown[position]));

@@ -25,10 +25,14 @@ std::uint64_t Mix(std::uint64_t value) {
 
 }  // namespace
 
-TextPool::TextPool() : table_(FirstTableSize), seed_(RandomSeed()) {
-    AddBlock(1);
-    std::fill_n(blocks_[0].get(), 2 * UnitLength, L'\0');  // reference 0: the empty text, its length and its end
-    usedUnits_ = 2;
+TextPool::TextPool() : seed_(RandomSeed()) {}
+
+void TextPool::Clear() {
+    blocks_ = std::vector<std::unique_ptr<wchar_t[]>>();
+    table_ = std::vector<Slot>();
+    usedUnits_ = BlockUnits;
+    fillBlock_ = 0;
+    texts_ = 0;
 }
 
 std::uint32_t TextPool::Hash(std::wstring_view text) const {
@@ -54,8 +58,11 @@ wchar_t* TextPool::Place(std::uint32_t reference) const {
 
 std::wstring_view TextPool::Text(TextReference reference) const {
     const auto place = static_cast<std::uint32_t>(reference);
+    if (place == 0) {
+        return {L"", 0};
+    }
     if (place / BlockUnits >= blocks_.size() || blocks_[place / BlockUnits] == nullptr) {
-        return {};
+        return {L"", 0};
     }
     const wchar_t* start = Place(place);
     std::uint32_t length = 0;
@@ -68,6 +75,7 @@ TextReference TextPool::Add(std::wstring_view text) {
     if (text.empty()) {
         return TextReference::Empty;
     }
+    EnsureFreeSlot();
     const std::uint32_t hash = Hash(text);
     const std::size_t mask = table_.size() - 1;
     std::size_t place = hash & mask;
@@ -85,23 +93,25 @@ TextReference TextPool::Add(std::wstring_view text) {
     std::copy(text.begin(), text.end(), start + UnitLength);
     start[UnitLength + text.size()] = L'\0';
     table_[place] = {hash, reference};
-    if (++texts_ * 10 > table_.size() * 7) {
-        GrowTable();
-    }
+    ++texts_;
     return TextReference{reference};
 }
 
 std::uint32_t TextPool::Allocate(std::size_t length) {
     const std::size_t units = 1 + (length + 1 + UnitLength - 1) / UnitLength;
     if (units > BlockUnits) {
+        if (blocks_.empty()) {
+            AddBlock(1);  // so that no text has reference 0
+            usedUnits_ = 1;
+        }
         const std::size_t first = blocks_.size();
         AddBlock((units + BlockUnits - 1) / BlockUnits);
         return static_cast<std::uint32_t>(first * BlockUnits);
     }
     if (usedUnits_ + units > BlockUnits) {
-        fillBlock_ = blocks_.size();
         AddBlock(1);
-        usedUnits_ = 0;
+        fillBlock_ = blocks_.size() - 1;
+        usedUnits_ = fillBlock_ == 0 ? 1 : 0;  // reference 0 stands for the empty text
     }
     const auto reference = static_cast<std::uint32_t>(fillBlock_ * BlockUnits + usedUnits_);
     usedUnits_ += units;
@@ -112,13 +122,17 @@ void TextPool::AddBlock(std::size_t blocks) {
     if (blocks_.size() + blocks > (std::size_t{1} << 32) / BlockUnits) {
         throw std::bad_alloc();
     }
-    blocks_.reserve(std::max(blocks_.size() + blocks, std::min(blocks_.capacity() * 2, blocks_.size() * 2 + 8)));
-    blocks_.emplace_back(new wchar_t[blocks * BlockUnits * UnitLength]);
+    std::unique_ptr<wchar_t[]> block(new wchar_t[blocks * BlockUnits * UnitLength]);
+    blocks_.push_back(std::move(block));
     blocks_.resize(blocks_.size() + blocks - 1);
 }
 
-void TextPool::GrowTable() {
-    std::vector<Slot> larger(table_.size() * 2);
+// Called before a search, so that it always ends at a free slot, even when growing has failed before.
+void TextPool::EnsureFreeSlot() {
+    if ((texts_ + 1) * 10 <= table_.size() * 7) {
+        return;
+    }
+    std::vector<Slot> larger(table_.empty() ? FirstTableSize : table_.size() * 2);
     const std::size_t mask = larger.size() - 1;
     for (const Slot& slot : table_) {
         if (slot.Reference == 0) {

@@ -19,6 +19,9 @@ class TextPool {
 
     TextPool();
 
+    // Drops all texts and gives their memory back.
+    void Clear();
+
     // The same text always gives the same reference. Throws std::bad_alloc when memory or references run out.
     TextReference Add(std::wstring_view text);
 
@@ -40,11 +43,11 @@ class TextPool {
     wchar_t* Place(std::uint32_t reference) const;
     std::uint32_t Allocate(std::size_t length);
     void AddBlock(std::size_t blocks);
-    void GrowTable();
+    void EnsureFreeSlot();
 
     // A text longer than a block stands in one of its own, which takes several block numbers; the extra ones are null.
     std::vector<std::unique_ptr<wchar_t[]>> blocks_;
-    std::size_t usedUnits_ = 0;  // in the block that is being filled
+    std::size_t usedUnits_ = BlockUnits;  // in the block that is being filled
     std::size_t fillBlock_ = 0;
     std::vector<Slot> table_;
     std::size_t texts_ = 0;

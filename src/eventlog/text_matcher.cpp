@@ -1,0 +1,83 @@
+#include "eventlog/text_matcher.h"
+
+#include <algorithm>
+
+namespace corvina {
+
+namespace {
+
+// Alphabets in which upper and lower case letters alternate, the upper case one being even or odd.
+bool AlternatesFromEven(unsigned character) {
+    return (character >= 0x100 && character <= 0x137 && character != 0x131) ||
+           (character >= 0x14A && character <= 0x177) || (character >= 0x460 && character <= 0x481) ||
+           (character >= 0x48A && character <= 0x4BF) || (character >= 0x4D0 && character <= 0x52F) ||
+           (character >= 0x1E00 && character <= 0x1E95) || (character >= 0x1EA0 && character <= 0x1EFF);
+}
+
+bool AlternatesFromOdd(unsigned character) {
+    return (character >= 0x139 && character <= 0x148) || (character >= 0x179 && character <= 0x17E);
+}
+
+unsigned UpperCaseOfOther(unsigned character) {
+    if (character >= 0xE0 && character <= 0xFE && character != 0xF7) {
+        return character - 0x20;
+    }
+    if (character == 0xFF) {
+        return 0x178;
+    }
+    if (AlternatesFromEven(character)) {
+        return character & ~1U;
+    }
+    if (AlternatesFromOdd(character)) {
+        return character % 2 == 0 ? character - 1 : character;
+    }
+    if (character == 0x3C2 || (character >= 0x3B1 && character <= 0x3CB)) {
+        return character == 0x3C2 ? 0x3A3 : character - 0x20;
+    }
+    if (character == 0x3AC) {
+        return 0x386;
+    }
+    if (character >= 0x3AD && character <= 0x3AF) {
+        return character - 0x25;
+    }
+    if (character >= 0x3CC && character <= 0x3CE) {
+        return character == 0x3CC ? 0x38C : character - 0x3F;
+    }
+    if (character >= 0x430 && character <= 0x44F) {
+        return character - 0x20;
+    }
+    if (character >= 0x450 && character <= 0x45F) {
+        return character - 0x50;
+    }
+    if (character >= 0x561 && character <= 0x586) {
+        return character - 0x30;
+    }
+    return character;
+}
+
+}  // namespace
+
+wchar_t UpperCase(wchar_t character) {
+    const auto code = static_cast<unsigned>(character);
+    if (code < 0x80) {
+        return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(code - 0x20) : character;
+    }
+    return static_cast<wchar_t>(UpperCaseOfOther(code));
+}
+
+std::wstring UpperCase(std::wstring_view text) {
+    std::wstring upper(text);
+    std::transform(upper.begin(), upper.end(), upper.begin(), [](wchar_t character) { return UpperCase(character); });
+    return upper;
+}
+
+bool ContainsIgnoringCase(std::wstring_view text, std::wstring_view part) {
+    return UpperCase(text).find(UpperCase(part)) != std::wstring::npos;
+}
+
+bool TextMatcher::Matches(std::wstring_view candidate, std::wstring_view search) const {
+    return options_.MatchCase ? candidate.find(search) != std::wstring_view::npos
+                              : ContainsIgnoringCase(candidate, search);
+}
+
+}  // namespace corvina
