@@ -1,7 +1,9 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -80,7 +82,8 @@ TEST_F(PublisherFolderTest, AMissingFolderHasNoPublishers) {
 
 TEST_F(PublisherFolderTest, SeveralThreadsMayAskAtOnce) {
     for (int number = 0; number < 20; ++number) {
-        const std::string name = "P" + std::to_string(number);
+        std::string name = std::to_string(number);
+        name.insert(name.begin(), 'P');
         Write(name + ".man", ManifestText(name, ""));
     }
     PublisherFolder folder(folder_);
