@@ -19,7 +19,7 @@ struct EmptyTemplate {
 
 bool Dialog::RunModal(const DialogArguments& arguments) {
     arguments_ = arguments;
-    brushes_.emplace(*arguments.Colors);
+    brushes_ = std::make_unique<PaletteBrushes>(*arguments.Colors);
     alignas(DWORD) EmptyTemplate description;
     description.Header.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN | DS_MODALFRAME;
     if (arguments.SmallestClient.cx > 0) {

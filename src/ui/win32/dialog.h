@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,7 +72,7 @@ class Dialog {
     DialogArguments arguments_;
     Scale scale_;
     UniqueFont font_;
-    std::optional<PaletteBrushes> brushes_;
+    std::unique_ptr<PaletteBrushes> brushes_;
 };
 
 }  // namespace corvina::ui

@@ -1,14 +1,19 @@
 #include "ui/win32/window.h"
 
 #include <exception>
+#include <utility>
 
 namespace corvina::ui {
 
 Window::~Window() {
+    DestroyHandle();
+}
+
+void Window::DestroyHandle() {
     if (handle_ != nullptr) {
         // Messages that the destruction sends must not reach an object that is going away.
         SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
-        DestroyWindow(handle_);
+        DestroyWindow(std::exchange(handle_, nullptr));
     }
 }
 

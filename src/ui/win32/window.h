@@ -36,6 +36,10 @@ class Window {
     // Creates the window; false when the system refuses. HandleMessage is called from inside.
     bool CreateHandle(const WindowArguments& arguments);
 
+    // Destroys the window with its children. A class whose children refer to its members calls this in its own
+    // destructor.
+    void DestroyHandle();
+
     virtual LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
   private:

@@ -1,0 +1,194 @@
+#include "app/win32/column_chooser.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "app/command_ids.h"
+#include "ui/win32/popup_menu.h"
+
+namespace corvina {
+namespace {
+
+constexpr int CancelSlot = 107;
+constexpr int ApplySlot = 110;
+constexpr int ColumnsSlot = 111;
+constexpr int SelectAllSlot = 197;
+constexpr int InvertSlot = 198;
+
+constexpr int ListIdentifier = 100;
+
+// Sizes at 96 dots per inch.
+constexpr int Margin = 12;
+constexpr int Gap = 8;
+constexpr int ButtonHeight = 28;
+constexpr int SmallestButton = 84;
+
+}  // namespace
+
+std::optional<std::vector<bool>> ColumnChooser::Choose(HWND owner, HINSTANCE instance, const Palette& colors,
+                                                       std::span<const ListColumn> columns,
+                                                       const std::vector<bool>& visible) {
+    columns_ = columns;
+    visible_ = visible;
+    visible_.resize(columns.size());
+    ui::DialogArguments arguments;
+    arguments.Owner = owner;
+    arguments.Instance = instance;
+    arguments.Title = language_.Text(ColumnsSlot);
+    arguments.ClientSize = {480, 460};
+    arguments.SmallestClient = {400, 220};
+    arguments.Colors = &colors;
+    if (!RunModal(arguments)) {
+        return std::nullopt;
+    }
+    return visible_;
+}
+
+void ColumnChooser::CreateControls() {
+    list_ =
+        AddControl(WC_LISTVIEWW, L"", WS_TABSTOP | LVS_REPORT | LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
+                   ListIdentifier, WS_EX_CLIENTEDGE);
+    constexpr DWORD Styles = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
+    SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, Styles, Styles);
+    const Palette& colors = Brushes().Colors();
+    SendMessageW(list_, LVM_SETBKCOLOR, 0, static_cast<LPARAM>(colors.ControlBack));
+    SendMessageW(list_, LVM_SETTEXTBKCOLOR, 0, static_cast<LPARAM>(colors.ControlBack));
+    SendMessageW(list_, LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(colors.Text));
+    FillList();
+
+    AddControl(L"BUTTON", language_.Text(SelectAllSlot), WS_TABSTOP | BS_PUSHBUTTON, CORVINA_ID_SELECT_ALL);
+    AddControl(L"BUTTON", language_.Text(InvertSlot), WS_TABSTOP | BS_PUSHBUTTON, CORVINA_ID_INVERT_SELECTION);
+    AddControl(L"BUTTON", language_.Text(ApplySlot), WS_TABSTOP | BS_DEFPUSHBUTTON, IDOK);
+    AddControl(L"BUTTON", language_.Text(CancelSlot), WS_TABSTOP | BS_PUSHBUTTON, IDCANCEL);
+    EnableApply();
+    SetFocus(list_);
+}
+
+void ColumnChooser::FillList() {
+    LVCOLUMNW description{};
+    description.mask = LVCF_WIDTH;
+    description.cx = 100;
+    SendMessageW(list_, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&description));
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        std::wstring header = columns_[i].Header;
+        LVITEMW item{};
+        item.mask = LVIF_TEXT;
+        item.iItem = static_cast<int>(i);
+        item.pszText = header.data();
+        SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        Check(i, visible_[i]);
+    }
+    LVITEMW state{};
+    state.stateMask = LVIS_FOCUSED | LVIS_SELECTED;
+    state.state = LVIS_FOCUSED | LVIS_SELECTED;
+    SendMessageW(list_, LVM_SETITEMSTATE, 0, reinterpret_cast<LPARAM>(&state));
+    isFilled_ = true;
+}
+
+void ColumnChooser::Layout(int width, int height) {
+    const ui::Scale scale = CurrentScale();
+    const int margin = scale.Pixels(Margin);
+    const int gap = scale.Pixels(Gap);
+    const int buttonHeight = scale.Pixels(ButtonHeight);
+    const int buttonTop = height - margin - buttonHeight;
+    MoveWindow(list_, margin, margin, std::max(width - 2 * margin, 0), std::max(buttonTop - 2 * margin, 0), TRUE);
+    RECT inside{};
+    GetClientRect(list_, &inside);
+    SendMessageW(list_, LVM_SETCOLUMNWIDTH, 0, inside.right);
+
+    const auto widthOf = [&](int identifier) {
+        wchar_t text[128] = {};
+        GetDlgItemTextW(Handle(), identifier, text, 128);
+        const int textWidth = static_cast<int>(ui::TextExtent(Handle(), Font(), text).cx);
+        return std::max(scale.Pixels(SmallestButton), textWidth + 2 * margin);
+    };
+    const auto place = [&](int identifier, int left, int buttonWidth) {
+        MoveWindow(GetDlgItem(Handle(), identifier), left, buttonTop, buttonWidth, buttonHeight, TRUE);
+    };
+    // The two buttons about the list stand to the left, those that end the dialog to the right.
+    const int all = widthOf(CORVINA_ID_SELECT_ALL);
+    place(CORVINA_ID_SELECT_ALL, margin, all);
+    place(CORVINA_ID_INVERT_SELECTION, margin + all + gap, widthOf(CORVINA_ID_INVERT_SELECTION));
+    const int cancel = widthOf(IDCANCEL);
+    const int apply = widthOf(IDOK);
+    place(IDCANCEL, width - margin - cancel, cancel);
+    place(IDOK, width - margin - cancel - gap - apply, apply);
+}
+
+void ColumnChooser::CommandReceived(int identifier, UINT) {
+    switch (identifier) {
+        case CORVINA_ID_SELECT_ALL:
+            CheckAll();
+            break;
+        case CORVINA_ID_INVERT_SELECTION:
+            InvertAll();
+            break;
+        case IDOK:
+            for (std::size_t i = 0; i < visible_.size(); ++i) {
+                visible_[i] = IsChecked(i);
+            }
+            End(true);
+            break;
+        case IDCANCEL:
+            End(false);
+            break;
+        default:
+            break;
+    }
+}
+
+std::optional<LRESULT> ColumnChooser::NotificationReceived(const NMHDR& notification, LPARAM) {
+    if (notification.code == LVN_ITEMCHANGED && isFilled_) {
+        EnableApply();
+    }
+    return std::nullopt;
+}
+
+void ColumnChooser::ContextMenuRequested(HWND control, POINT place) {
+    if (control != list_) {
+        return;
+    }
+    const ui::UniqueMenu popup = ui::LoadPopup(Instance(), CORVINA_ID_MENU_CHECK_LIST);
+    const std::array<ui::PopupEntry, 3> entries = {
+        ui::PopupEntry{CORVINA_ID_SELECT_ALL, std::wstring(language_.Text(SelectAllSlot)), true}, ui::PopupEntry{},
+        ui::PopupEntry{CORVINA_ID_INVERT_SELECTION, std::wstring(language_.Text(InvertSlot)), true}};
+    ui::SetPopupEntries(popup.get(), entries);
+    const bool fromKeyboard = place.x == -1 && place.y == -1;
+    ui::TrackPopup(popup.get(), Handle(), fromKeyboard ? ui::KeyboardMenuPlace(list_) : place);
+}
+
+bool ColumnChooser::IsChecked(std::size_t column) const {
+    constexpr LRESULT CheckedImage = 2;
+    return SendMessageW(list_, LVM_GETITEMSTATE, column, LVIS_STATEIMAGEMASK) >> 12 == CheckedImage;
+}
+
+void ColumnChooser::Check(std::size_t column, bool checked) {
+    LVITEMW state{};
+    state.stateMask = LVIS_STATEIMAGEMASK;
+    state.state = static_cast<UINT>(INDEXTOSTATEIMAGEMASK(checked ? 2 : 1));
+    SendMessageW(list_, LVM_SETITEMSTATE, column, reinterpret_cast<LPARAM>(&state));
+}
+
+void ColumnChooser::CheckAll() {
+    for (std::size_t i = 0; i < visible_.size(); ++i) {
+        Check(i, true);
+    }
+}
+
+void ColumnChooser::InvertAll() {
+    for (std::size_t i = 0; i < visible_.size(); ++i) {
+        Check(i, !IsChecked(i));
+    }
+}
+
+void ColumnChooser::EnableApply() {
+    // A list without columns shows nothing and cannot even be clicked to get columns back.
+    bool any = false;
+    for (std::size_t i = 0; i < visible_.size() && !any; ++i) {
+        any = IsChecked(i);
+    }
+    EnableWindow(GetDlgItem(Handle(), IDOK), any ? TRUE : FALSE);
+}
+
+}  // namespace corvina

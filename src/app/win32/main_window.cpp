@@ -1,0 +1,284 @@
+#include "app/win32/main_window.h"
+
+#include <objbase.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "app/command_ids.h"
+#include "resource_ids.h"
+#include "ui/win32/popup_menu.h"
+
+namespace corvina {
+namespace {
+
+// The window's own messages: a selection that waits until the control's notification has returned.
+constexpr UINT TreeSelectionMessage = WM_APP + 1;
+constexpr UINT RowSelectionMessage = WM_APP + 2;
+
+constexpr SIZE SmallestWindow = {320, 240};  // at 96 dots per inch
+
+}  // namespace
+
+MainWindow::MainWindow(MainWindowArguments arguments)
+    : arguments_(std::move(arguments)),
+      tree_([this](NodeId node) { application_->TreeSelectionChanged(node); }),
+      list_(*this),
+      verticalBar_(ui::SplitterDirection::Vertical, [this](int edge) { DragVertical(edge); }),
+      horizontalBar_(ui::SplitterDirection::Horizontal, [this](int edge) { DragHorizontal(edge); }),
+      toolTip_([this](POINT place) { return ToolTipTextAt(place); }),
+      menuBar_([this](std::uint32_t menu) { return application_->Menu(menu); }) {}
+
+MainWindow::~MainWindow() {
+    DestroyHandle();
+    if (comIsReady_) {
+        CoUninitialize();
+    }
+}
+
+bool MainWindow::RegisterClass(HINSTANCE instance, const std::wstring& className) {
+    WNDCLASSEXW description{};
+    description.style = CS_HREDRAW | CS_VREDRAW;
+    description.hInstance = instance;
+    description.lpszClassName = className.c_str();
+    description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    description.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(CORVINA_ICON_PROGRAM));
+    description.hIconSm =
+        static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(CORVINA_ICON_PROGRAM_SMALL), IMAGE_ICON,
+                                      GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED));
+    return RegisterWindowClass(description);
+}
+
+bool MainWindow::Create(const std::wstring& className, const std::wstring& title) {
+    return CreateHandle({.ClassName = className,
+                         .Title = title,
+                         .Style = WS_OVERLAPPEDWINDOW,
+                         .DefaultPlace = true,
+                         .Instance = arguments_.Instance});
+}
+
+LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CREATE:
+            OnCreate();
+            return 0;
+        case WM_CLOSE:
+            OnClose();
+            return 0;
+        case WM_ENDSESSION:
+            if (wParam != FALSE && application_ != nullptr) {
+                application_->Close();
+            }
+            return 0;
+        case WM_SIZE:
+            Layout();
+            return 0;
+        case WM_GETMINMAXINFO:
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {
+                scale_.Pixels(static_cast<int>(SmallestWindow.cx)), scale_.Pixels(static_cast<int>(SmallestWindow.cy))};
+            return 0;
+        case WM_DPICHANGED:
+            OnScaleChanged(ui::Scale(LOWORD(wParam)), *reinterpret_cast<const RECT*>(lParam));
+            return 0;
+        case WM_ACTIVATE:
+            if (LOWORD(wParam) == WA_INACTIVE) {
+                lastStation_ = FocusedStation().value_or(lastStation_);
+            }
+            return Window::HandleMessage(message, wParam, lParam);
+        case WM_SETFOCUS:
+            Focus(lastStation_);
+            return 0;
+        case WM_NOTIFY:
+            return OnNotify(*reinterpret_cast<const NMHDR*>(lParam), lParam);
+        case WM_COMMAND:
+            if (lParam == 0 && application_ != nullptr) {
+                application_->Command(LOWORD(wParam));
+            }
+            return 0;
+        case WM_CONTEXTMENU:
+            OnContextMenu(reinterpret_cast<HWND>(wParam),
+                          {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
+            return 0;
+        case WM_INITMENUPOPUP:
+            menuBar_.PopupOpens(reinterpret_cast<HMENU>(wParam));
+            return 0;
+        case WM_CTLCOLORSTATIC:
+        case WM_CTLCOLOREDIT:
+            return OnTextColors(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+        case WM_ERASEBKGND:
+            OnEraseBackground(reinterpret_cast<HDC>(wParam));
+            return TRUE;
+        case TreeSelectionMessage:
+            tree_.DeliverSelection();
+            return 0;
+        case RowSelectionMessage:
+            list_.DeliverSelection();
+            return 0;
+        default:
+            return Window::HandleMessage(message, wParam, lParam);
+    }
+}
+
+void MainWindow::OnCreate() {
+    // The children cover the client area, so painting below them would only flicker.
+    SetWindowLongPtrW(Handle(), GWL_STYLE, GetWindowLongPtrW(Handle(), GWL_STYLE) | WS_CLIPCHILDREN);
+    scale_ = ui::Scale::Of(Handle());
+    if (arguments_.Created) {
+        arguments_.Created(Handle());
+    }
+    application_ = std::make_unique<Application>(arguments_.System, Views{*this, tree_, *this, details_});
+    application_->Create();
+}
+
+void MainWindow::OnClose() {
+    if (application_ != nullptr) {
+        application_->Close();
+    }
+    arguments_.EndProcess();
+}
+
+void MainWindow::CreateControls() {
+    const HWND parent = Handle();
+    const HINSTANCE instance = arguments_.Instance;
+    hasControls_ = tree_.Create(parent, instance, TreeSelectionMessage);
+    verticalBar_.Create(parent, instance);
+    caption_ = CreateLabel(SS_LEFT);
+    hasControls_ = list_.Create(parent, instance, RowSelectionMessage) && hasControls_;
+    horizontalBar_.Create(parent, instance);
+    hasControls_ = details_.Create(parent, instance) && hasControls_;
+    status_ = CreateLabel(SS_LEFT);
+    version_ = CreateLabel(SS_RIGHT);
+    styles_.Set(tree_.Handle(), L"Explorer");
+    styles_.Set(list_.Handle(), L"Explorer");
+    UseScale(scale_);
+    UseColors();
+    Layout();
+}
+
+HWND MainWindow::CreateLabel(DWORD style) {
+    return CreateWindowExW(0, L"STATIC", L"",
+                           WS_CHILD | WS_VISIBLE | SS_CENTERIMAGE | SS_ENDELLIPSIS | SS_NOPREFIX | style, 0, 0, 0, 0,
+                           Handle(), nullptr, arguments_.Instance, nullptr);
+}
+
+LRESULT MainWindow::OnNotify(const NMHDR& notification, LPARAM lParam) {
+    if (application_ == nullptr) {
+        return 0;
+    }
+    if (notification.hwndFrom == list_.Handle()) {
+        return list_.NotificationReceived(notification, lParam);
+    }
+    if (notification.hwndFrom == tree_.Handle()) {
+        return tree_.NotificationReceived(notification, lParam);
+    }
+    if (notification.hwndFrom == toolTip_.Handle() && notification.code == TTN_GETDISPINFOW) {
+        toolTip_.FillText(*reinterpret_cast<NMTTDISPINFOW*>(lParam));
+    }
+    return 0;
+}
+
+LRESULT MainWindow::OnTextColors(HDC device, HWND control) const {
+    if (brushes_ == nullptr) {
+        return 0;
+    }
+    const auto labels = Labels();
+    const bool isLabel = std::ranges::find(labels, control) != labels.end();
+    return isLabel ? brushes_->PaintText(device, brushes_->Colors().Panel, brushes_->Panel())
+                   : brushes_->PaintText(device, brushes_->Colors().ControlBack, brushes_->ControlBack());
+}
+
+void MainWindow::OnEraseBackground(HDC device) const {
+    RECT area{};
+    GetClientRect(Handle(), &area);
+    FillRect(device, &area, brushes_ ? brushes_->Panel() : GetSysColorBrush(COLOR_BTNFACE));
+}
+
+void MainWindow::OnScaleChanged(ui::Scale scale, const RECT& place) {
+    const ui::Scale previous = scale_;
+    splitters_ = {scale.Converted(splitters_.Vertical, previous), scale.Converted(splitters_.Horizontal, previous)};
+    list_.ScaleColumns(previous, scale);
+    UseScale(scale);
+    SetWindowPos(Handle(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    Layout();
+}
+
+void MainWindow::UseScale(ui::Scale scale) {
+    scale_ = scale;
+    ui::UniqueFont font = ui::CreateInterfaceFont(scale);
+    const auto parameter = reinterpret_cast<WPARAM>(font.get());
+    for (const HWND control : {tree_.Handle(), list_.Handle(), caption_, status_, version_}) {
+        SendMessageW(control, WM_SETFONT, parameter, TRUE);
+    }
+    details_.SetFont(font.get(), scale);
+    tree_.SetIcons(arguments_.Instance, scale);
+    list_.SetIcons(arguments_.Instance, scale);
+    // The controls draw with the old font until here.
+    font_ = std::move(font);
+}
+
+void MainWindow::UseColors() {
+    // The splitters draw with brushes of the old set until they get new ones.
+    const auto previous = std::exchange(brushes_, std::make_unique<ui::PaletteBrushes>(application_->Colors()));
+    tree_.SetColors(*brushes_);
+    list_.SetColors(*brushes_);
+    verticalBar_.SetBackground(brushes_->Panel());
+    horizontalBar_.SetBackground(brushes_->Panel());
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+SIZE MainWindow::ClientSize() const {
+    RECT area{};
+    GetClientRect(Handle(), &area);
+    return {area.right, area.bottom};
+}
+
+void MainWindow::Layout() {
+    if (!hasControls_ || IsIconic(Handle())) {
+        return;
+    }
+    wchar_t version[128] = {};
+    GetWindowTextW(version_, version, 128);
+    const int versionWidth = static_cast<int>(ui::TextExtent(version_, font_.get(), version).cx);
+    const MainLayout layout = ComputeMainLayout(ClientSize(), splitters_, versionWidth, scale_);
+    const std::pair<HWND, RECT> places[] = {
+        {tree_.Handle(), layout.Tree}, {verticalBar_.Handle(), layout.VerticalBar},     {caption_, layout.Caption},
+        {list_.Handle(), layout.List}, {horizontalBar_.Handle(), layout.HorizontalBar}, {status_, layout.StatusText},
+        {version_, layout.VersionText}};
+    for (const auto& [window, place] : places) {
+        SetWindowPos(window, nullptr, place.left, place.top, std::max<LONG>(place.right - place.left, 0),
+                     std::max<LONG>(place.bottom - place.top, 0), SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    details_.Place(layout.Details, scale_);
+    toolTip_.FitToParent();
+}
+
+void MainWindow::DragVertical(int edge) {
+    splitters_.Vertical = AllowedSplitters(ClientSize(), {edge + 2, splitters_.Horizontal}, scale_).Vertical;
+    Layout();
+    UpdateWindow(Handle());
+}
+
+void MainWindow::DragHorizontal(int edge) {
+    const int wanted = edge + 2 - ListTop(scale_);
+    splitters_.Horizontal = AllowedSplitters(ClientSize(), {splitters_.Vertical, wanted}, scale_).Horizontal;
+    Layout();
+    UpdateWindow(Handle());
+}
+
+std::wstring MainWindow::ToolTipTextAt(POINT clientPlace) const {
+    for (const HWND label : Labels()) {
+        RECT area{};
+        GetWindowRect(label, &area);
+        MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&area), 2);
+        if (!PtInRect(&area, clientPlace)) {
+            continue;
+        }
+        std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(label)) + 1, L'\0');
+        text.resize(static_cast<std::size_t>(GetWindowTextW(label, text.data(), static_cast<int>(text.size()))));
+        return ui::TextExtent(label, font_.get(), text).cx > area.right - area.left ? text : std::wstring();
+    }
+    return {};
+}
+
+}  // namespace corvina
