@@ -46,8 +46,7 @@ LogCursor::LogCursor(std::shared_ptr<const OpenLogFile> log, std::shared_ptr<con
     }
 }
 
-// The chunk table answers for a record id, unless the chunk holds more records than its range of ids has room for: then
-// its header was not brought up to date.
+// The chunk table answers for a record id when the events carry the ids that it lists.
 bool LogCursor::MayHoldMatches(std::size_t chunkIndex) const {
     const std::optional<std::uint64_t> recordId = filter_->RecordId();
     if (!recordId) {
@@ -55,9 +54,7 @@ bool LogCursor::MayHoldMatches(std::size_t chunkIndex) const {
     }
     const evtx::ChunkPlace& chunk = log_->File().Chunks()[chunkIndex];
     const bool inRange = *recordId >= chunk.FirstRecordId && *recordId <= chunk.LastRecordId;
-    const bool outdated =
-        chunk.LastRecordId < chunk.FirstRecordId || chunk.RecordCount - 1 > chunk.LastRecordId - chunk.FirstRecordId;
-    return inRange || outdated || !log_->EventsCarryRecordIds();
+    return inRange || !log_->EventsCarryRecordIds();
 }
 
 bool LogCursor::NextChunk() {
