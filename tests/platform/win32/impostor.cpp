@@ -1,0 +1,4 @@
+// Stands in for a library that somebody has put beside the program.
+extern "C" __declspec(dllexport) int IsImpostor() {
+    return 1;
+}
