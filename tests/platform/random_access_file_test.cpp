@@ -22,7 +22,7 @@ namespace {
 class RandomAccessFileTest : public testing::Test {
   protected:
     std::filesystem::path WriteFile(const std::string& contents) {
-        const auto path = folder_.Path / L"Vorg\u00E4nge \u65E5.evtx";
+        const auto path = folder_.Path / u8"Vorg\u00E4nge \u65E5.evtx";
         std::ofstream(path, std::ios::binary) << contents;
         return path;
     }
