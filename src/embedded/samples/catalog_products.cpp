@@ -87,6 +87,7 @@ SampleProvider Printing() {
         .Guid = L"{747EF6FD-E535-4D16-B510-42C90F6873A1}",
         .User = SampleUser::Account,
         .Tasks = {{L"Print", 26, L"Printing a document"}, {L"Spooler", 29, L"Print spooler"}},
+        .Opcodes = {{L"Spool", 11, L"Spooling"}},
         .Events =
             {
                 {.Id = 307,

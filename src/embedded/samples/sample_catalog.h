@@ -84,8 +84,8 @@ enum class SampleUser { None, System, Account };
 
 struct SampleProvider {
     const wchar_t* Name = L"";
-    const wchar_t* Guid = L"";  // empty: one is made up from the name
-    bool IsClassic = false;     // its events have qualifiers, and no provider GUID
+    const wchar_t* Guid = L"";  // empty: a classic provider's events have none, others get one made up from the name
+    bool IsClassic = false;     // its events have qualifiers
     bool HasActivities = false;
     SampleUser User = SampleUser::None;
     std::vector<SampleName> Tasks = {};

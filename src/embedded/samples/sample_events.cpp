@@ -1,6 +1,7 @@
 #include "embedded/samples/sample_events.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "embedded/samples/sample_values.h"
@@ -77,13 +78,12 @@ void SampleEventSource::FillSystem(const Choice& choice, std::uint64_t time) {
     system.Opcode = event.Opcode;
     system.Keywords = KeywordsOf(provider, event);
     system.TimeCreated = time;
-    if (provider.IsClassic) {
-        system.ProviderGuid.reset();
-        system.Qualifiers = event.Qualifiers;
-    } else {
-        system.ProviderGuid = choice.Guid;
-        system.Qualifiers.reset();
-    }
+    // Some classic providers have been given a manifest since, and with it a GUID; their old name stays with the
+    // events.
+    const bool hasGuid = !provider.IsClassic || *provider.Guid != L'\0';
+    system.ProviderGuid = hasGuid ? std::optional(choice.Guid) : std::nullopt;
+    system.EventSourceName = provider.IsClassic && hasGuid ? provider.Name : L"";
+    system.Qualifiers = provider.IsClassic ? std::optional(event.Qualifiers) : std::nullopt;
     system.ActivityId.reset();
     system.RelatedActivityId.reset();
     if (provider.HasActivities && !random_.OneIn(3)) {
