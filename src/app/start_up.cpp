@@ -102,7 +102,6 @@ void StartUp::OpenEventLog() {
         LogSurroundings{state_.System, state_.Shown, state_.Language, *state_.Settings, state_.Rows, state_.Tree});
     state_.Rows.Reset(state_.Columns.Visible());
     state_.Logs->Loader.SetVisibleColumns(state_.Columns.Visible());
-    state_.Logs->Session.SetCurrentComputer(computer);
     state_.Logs->Builder.BuildLocalTree(computer);
     state_.Shown.Window.SetTitle(FormatText(L"%s - %s", {state_.Language.Text(EventViewerSlot), computer}));
     state_.Shown.Load.SetStatusText(L"");
