@@ -32,7 +32,7 @@ class TextPool {
 
   private:
     static constexpr std::size_t UnitLength = 2;        // characters
-    static constexpr std::size_t BlockUnits = 1 << 17;  // units
+    static constexpr std::size_t BlockUnits = 1 << 14;  // units
 
     struct Slot {
         std::uint32_t Hash = 0;
