@@ -43,9 +43,15 @@ TEST_F(PublisherFolderTest, ReadsEveryManifestOnFirstUse) {
     Write("a.MAN", ManifestText("Narrow", ""));
     Write("broken.man", ManifestText("Broken", "").substr(0, 100));
     Write("empty.man", "");
+#ifndef _WIN32
+    Write("\xFF.man", ManifestText("Oddly named", ""));
+    Write("\xFF.txt", "");
+#else
+    Write("odd.man", ManifestText("Oddly named", ""));
+#endif
     Write("other.xml", ManifestText("Other", ""));
     std::filesystem::create_directory(folder_ / "folder.man");
-    EXPECT_EQ(folder.Names(), (Names{L"Narrow", L"Wide"}));
+    EXPECT_EQ(folder.Names(), (Names{L"Narrow", L"Oddly named", L"Wide"}));
 
     Write("late.man", ManifestText("Late", ""));
     EXPECT_EQ(folder.Find(L"Late"), nullptr);

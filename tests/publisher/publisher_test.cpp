@@ -17,7 +17,7 @@ Publisher OnlyPublisher(std::string_view content, std::string_view strings = "")
 TEST(Publisher, FindsTheEventThatFitsTheVersionBest) {
     const Publisher publisher = OnlyPublisher(
         R"(<events><event value="9" message="nine"/>
-           <event value="7" version="4" message="four"/><event value="7" version="2" message="two"/>
+           <event value="7" version="4" message="four"/><event value="7" version="4" message="four again"/><event value="7" version="2" message="two"/>
            <event value="7" version="2" message="two again"/><event value="7" version="3" message="three"/>
            <event value="65536" message="large"/></events>)");
     const auto message = [&publisher](std::uint32_t id, std::uint8_t version) {

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <exception>
 #include <limits>
 #include <map>
 #include <new>

@@ -14,15 +14,28 @@ namespace {
 
 constexpr std::size_t MostFiles = 10'000;
 
+template <typename Character>
+Character LowerCaseLetter(Character character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<Character>(character + ('a' - 'A')) : character;
+}
+
 // Provider names differ in ASCII letters only when they differ in case.
 std::wstring LowerCase(std::wstring_view name) {
     std::wstring lower(name);
     for (wchar_t& character : lower) {
-        if (character >= L'A' && character <= L'Z') {
-            character = static_cast<wchar_t>(character + 32);
-        }
+        character = LowerCaseLetter(character);
     }
     return lower;
+}
+
+// Compares the characters of the system's own form: a name that is not valid text must not end the reading.
+bool IsManifestName(const std::filesystem::path& path) {
+    constexpr std::string_view wanted = ".man";
+    const std::filesystem::path extension = path.extension();
+    const std::filesystem::path::string_type& characters = extension.native();
+    return std::equal(characters.begin(), characters.end(), wanted.begin(), wanted.end(), [](auto found, char letter) {
+        return LowerCaseLetter(found) == static_cast<decltype(found)>(letter);
+    });
 }
 
 // The folder's manifests in a fixed order, so that of two with the same provider the same one always counts.
@@ -32,7 +45,7 @@ std::vector<std::filesystem::path> ManifestFiles(const std::filesystem::path& fo
     std::filesystem::directory_iterator entry(folder, error);
     while (!error && entry != std::filesystem::directory_iterator() && files.size() < MostFiles) {
         std::error_code kindError;
-        if (LowerCase(entry->path().extension().wstring()) == L".man" && entry->is_regular_file(kindError)) {
+        if (IsManifestName(entry->path()) && entry->is_regular_file(kindError)) {
             files.push_back(entry->path());
         }
         entry.increment(error);
@@ -70,8 +83,8 @@ struct PublisherFolder::State {
                 for (const std::filesystem::path& path : ManifestFiles(Folder)) {
                     Add(path);
                 }
-            } catch (const std::exception&) {
-                // A folder with names that cannot be read as text; what was read until then is kept.
+            } catch (const std::bad_alloc&) {
+                // What was read until then is kept.
             }
         });
     }
