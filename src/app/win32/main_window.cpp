@@ -190,7 +190,14 @@ LRESULT MainWindow::OnTextColors(HDC device, HWND control) const {
 void MainWindow::OnEraseBackground(HDC device) const {
     RECT area{};
     GetClientRect(Handle(), &area);
-    FillRect(device, &area, brushes_ ? brushes_->Panel() : GetSysColorBrush(COLOR_BTNFACE));
+    if (brushes_ == nullptr) {
+        FillRect(device, &area, GetSysColorBrush(COLOR_BTNFACE));
+        return;
+    }
+    // Controls ask for this too, for what is behind their themed edges, and some versions then fill themselves with it.
+    const HWND asking = WindowFromDC(device);
+    const bool forControl = asking == tree_.Handle() || asking == list_.Handle() || details_.FieldOf(asking);
+    FillRect(device, &area, forControl ? brushes_->ControlBack() : brushes_->Panel());
 }
 
 void MainWindow::OnScaleChanged(ui::Scale scale, const RECT& place) {

@@ -154,7 +154,7 @@ void MainWindow::UnlockUpdates() {
         SendMessageW(control, WM_SETREDRAW, TRUE, 0);
     }
     details_.SetRedraw(true);
-    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN);
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 void MainWindow::SetListCaption(std::wstring_view text) {

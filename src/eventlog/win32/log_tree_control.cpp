@@ -36,7 +36,7 @@ bool LogTreeControl::Create(HWND parent, HINSTANCE instance, UINT selectionMessa
     if (handle_ == nullptr) {
         return false;
     }
-    if (false) Send(TVM_SETEXTENDEDSTYLE, TVS_EX_DOUBLEBUFFER, TVS_EX_DOUBLEBUFFER);
+    Send(TVM_SETEXTENDEDSTYLE, TVS_EX_DOUBLEBUFFER, TVS_EX_DOUBLEBUFFER);
     ui::KeepFocusKeys(handle_);
     return true;
 }
