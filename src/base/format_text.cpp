@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <optional>
 
 namespace corvina {
@@ -40,7 +39,7 @@ class FormatReader {
         ++position_;
         TakeFlags(conversion);
         conversion.Width = TakeNumber();
-        if (Take(L".")) {
+        if (Take(L'.')) {
             conversion.Precision = TakeNumber();
         }
         conversion.Bits = TakeLength();
@@ -49,8 +48,16 @@ class FormatReader {
     }
 
   private:
+    bool Take(wchar_t expected) {
+        if (AtEnd() || format_[position_] != expected) {
+            return false;
+        }
+        ++position_;
+        return true;
+    }
+
     bool Take(std::wstring_view expected) {
-        if (!format_.substr(position_).starts_with(expected)) {
+        if (format_.substr(position_, expected.size()) != expected) {
             return false;
         }
         position_ += expected.size();
@@ -59,9 +66,9 @@ class FormatReader {
 
     void TakeFlags(Conversion& conversion) {
         for (;;) {
-            if (Take(L"-")) {
+            if (Take(L'-')) {
                 conversion.LeftAligned = true;
-            } else if (Take(L"0")) {
+            } else if (Take(L'0')) {
                 conversion.ZeroPadded = true;
             } else {
                 return;
@@ -79,19 +86,22 @@ class FormatReader {
     }
 
     int TakeLength() {
+        if (AtEnd() || std::wstring_view(L"Ilhwz").find(format_[position_]) == std::wstring_view::npos) {
+            return 32;
+        }
         if (Take(L"I64") || Take(L"ll")) {
             return 64;
         }
         if (Take(L"hh")) {
             return 8;
         }
-        if (Take(L"h")) {
+        if (Take(L'h')) {
             return 16;
         }
-        if (Take(L"I32") || Take(L"l") || Take(L"w")) {
+        if (Take(L"I32") || Take(L'l') || Take(L'w')) {
             return 32;
         }
-        return Take(L"I") || Take(L"z") ? 64 : 32;
+        return Take(L'I') || Take(L'z') ? 64 : 32;
     }
 
     wchar_t TakeKind() {
@@ -118,15 +128,12 @@ class FormatReader {
     std::size_t position_ = 0;
 };
 
-void AppendAligned(std::wstring_view body, const Conversion& conversion, std::wstring& result) {
-    const std::size_t padding = conversion.Width > body.size() ? conversion.Width - body.size() : 0;
-    if (!conversion.LeftAligned) {
-        result.append(padding, L' ');
-    }
-    result += body;
-    if (conversion.LeftAligned) {
-        result.append(padding, L' ');
-    }
+void AppendText(std::wstring_view text, const Conversion& conversion, std::wstring& result) {
+    text = text.substr(0, conversion.Precision.value_or(text.size()));
+    const std::size_t padding = conversion.Width > text.size() ? conversion.Width - text.size() : 0;
+    result.append(conversion.LeftAligned ? 0 : padding, L' ');
+    result += text;
+    result.append(conversion.LeftAligned ? padding : 0, L' ');
 }
 
 std::uint64_t CutToBits(std::uint64_t number, int bits) {
@@ -153,10 +160,14 @@ void AppendNumber(std::uint64_t number, const Conversion& conversion, std::wstri
     if (conversion.ZeroPadded && !conversion.LeftAligned && !conversion.Precision) {
         wantedDigits = conversion.Width - (negative && conversion.Width > 0 ? 1 : 0);
     }
-    std::wstring body(negative ? 1 : 0, L'-');
-    body.append(wantedDigits > count ? wantedDigits - count : 0, L'0');
-    body.append(digits.data() + first, count);
-    AppendAligned(body, conversion, result);
+    const std::size_t zeros = wantedDigits > count ? wantedDigits - count : 0;
+    const std::size_t size = (negative ? 1 : 0) + zeros + count;
+    const std::size_t padding = conversion.Width > size ? conversion.Width - size : 0;
+    result.append(conversion.LeftAligned ? 0 : padding, L' ');
+    result.append(negative ? 1 : 0, L'-');
+    result.append(zeros, L'0');
+    result.append(digits.data() + first, count);
+    result.append(conversion.LeftAligned ? padding : 0, L' ');
 }
 
 void AppendArgument(const FormatArgument& argument, const Conversion& conversion, std::wstring& result) {
@@ -164,8 +175,7 @@ void AppendArgument(const FormatArgument& argument, const Conversion& conversion
         return;
     }
     if (argument.IsText()) {
-        const std::size_t longest = conversion.Precision.value_or(std::numeric_limits<std::size_t>::max());
-        AppendAligned(argument.Text().substr(0, longest), conversion, result);
+        AppendText(argument.Text(), conversion, result);
     } else {
         AppendNumber(argument.Number(), conversion, result);
     }

@@ -67,16 +67,24 @@ void AppendUtf8CodePoint(char32_t codePoint, std::string& utf8) {
 // Appends `count` units as UTF-8; `unitAt` gives each one as a number.
 template <typename UnitReader>
 void AppendUnitsAsUtf8(std::size_t count, UnitReader unitAt, std::string& utf8) {
-    utf8.reserve(utf8.size() + count);
-    for (std::size_t index = 0; index < count; ++index) {
-        char32_t unit = unitAt(index);
-        if (unit < 0x80) {
-            utf8 += static_cast<char>(unit);
-            continue;
+    std::size_t index = 0;
+    while (index < count) {
+        // Nearly all texts of events are ASCII, so runs of it go over at once.
+        std::size_t end = index;
+        while (end < count && unitAt(end) < 0x80) {
+            ++end;
         }
-        if (IsHighSurrogate(unit) && index + 1 < count && IsLowSurrogate(unitAt(index + 1))) {
-            unit = JoinSurrogates(unit, unitAt(index + 1));
-            ++index;
+        const std::size_t start = utf8.size();
+        utf8.resize(start + (end - index));
+        for (char* out = utf8.data() + start; index < end; ++index) {
+            *out++ = static_cast<char>(unitAt(index));
+        }
+        if (index == count) {
+            return;
+        }
+        char32_t unit = unitAt(index++);
+        if (IsHighSurrogate(unit) && index < count && IsLowSurrogate(unitAt(index))) {
+            unit = JoinSurrogates(unit, unitAt(index++));
         }
         AppendUtf8CodePoint(unit, utf8);
     }
