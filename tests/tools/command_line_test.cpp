@@ -8,7 +8,9 @@ namespace {
 using Action = CommandLine::Action;
 using Texts = std::vector<std::string>;
 
-CommandLine Parse(const Texts& arguments) { return ParseCommandLine(arguments); }
+CommandLine Parse(const Texts& arguments) {
+    return ParseCommandLine(arguments);
+}
 
 TEST(CommandLine, TakesFilesAndOptionsInAnyOrder) {
     const CommandLine info = Parse({"info", "a.evtx", "--", "--help", "-"});

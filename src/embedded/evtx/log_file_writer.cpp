@@ -13,17 +13,15 @@
 namespace corvina::evtx {
 namespace {
 
-// More characters than these fit into no chunk.
+// More characters than these, in one text or in all names and texts of an event, fit into no chunk.
 constexpr std::size_t LongestText = ChunkSize / 2;
+constexpr std::size_t ValueDescriptorSize = 4;
 
 bool IsSid(const std::vector<std::byte>& bytes) {
     return SidLength(bytes) == bytes.size() && !bytes.empty();
 }
 
 bool IsWritable(const WriterValue& value) {
-    if (value.Text.size() > LongestText || value.Name.size() > LongestText || value.Bytes.size() > ChunkSize) {
-        return false;
-    }
     switch (value.Type) {
         case WriterValue::Kind::Guid:
             return value.Bytes.size() == std::tuple_size_v<GuidBytes>;
@@ -42,9 +40,17 @@ bool IsWritable(const WriterEvent& event) {
     if (longest > LongestText || (!system.UserSid.empty() && !IsSid(system.UserSid))) {
         return false;
     }
-    // Every value takes at least its descriptor.
-    return event.Data.size() < ChunkSize / 4 && std::all_of(event.Data.begin(), event.Data.end(),
-                                                            [](const WriterValue& value) { return IsWritable(value); });
+    // Bounded before anything is built from them, so that no event takes more memory than a few chunks.
+    std::size_t characters = 0;
+    std::size_t bytes = event.Data.size() * ValueDescriptorSize;
+    for (const WriterValue& value : event.Data) {
+        characters += value.Name.size() + value.Text.size();
+        bytes += value.Bytes.size();
+        if (characters > LongestText || bytes > ChunkSize || !IsWritable(value)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 std::string FileHeaderBlock(std::uint64_t chunkCount, std::uint64_t nextRecordId) {
