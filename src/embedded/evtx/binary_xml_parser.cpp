@@ -89,7 +89,7 @@ class ElementParser {
             case token::ProcessingTarget:
                 targetOpen_ = true;
                 CountItem();
-                return AddNamed(Operation::ProcessingTarget);
+                return AddNamed(Operation::ProcessingTarget) && !IsReservedTarget();
             case token::ProcessingData:
                 targetOpen_ = false;
                 return AddText(Operation::ProcessingData);
@@ -242,6 +242,17 @@ class ElementParser {
             holder.Content = ContentKind::Substituted;
         }
         return true;
+    }
+
+    // "xml" in any case would be a declaration in the middle of the text.
+    bool IsReservedTarget() const {
+        const Instruction& target = code_.back();
+        bool reserved = target.Length == 3;
+        for (std::uint32_t index = 0; reserved && index < target.Length; ++index) {
+            const unsigned unit = LoadUInt16(reader_.Bytes().data() + target.Place + 2 * index);
+            reserved = (unit | 0x20U) == static_cast<unsigned char>("xml"[index]);
+        }
+        return reserved;
     }
 
     void CountItem() {

@@ -97,14 +97,22 @@ struct Chunk::State {
         Damage.SkippedRecords += static_cast<std::uint32_t>(std::erase_if(Records, unsound));
     }
 
-    template <typename Char>
-    bool AppendXml(const RecordPlace& record, TextBuffer<Char>& buffer, std::basic_string<Char>& xml) {
-        if (!Knows(record)) {
+    // Hands the content of a record that is known to `reader`. A record that there is no memory for counts as one that
+    // cannot be decoded.
+    template <typename Reader>
+    bool Read(const RecordPlace& record, Reader reader) const {
+        try {
+            return Knows(record) && reader(Content(record));
+        } catch (const std::bad_alloc&) {
             return false;
         }
+    }
+
+    template <typename Char>
+    bool AppendXml(ByteReader content, TextBuffer<Char>& buffer, std::basic_string<Char>& xml) {
         buffer.Clear();
         XmlHandler<Char> handler(Bytes, buffer);
-        if (!ProgramRunner(Templates, Values, handler, LargestEvent).RunEvent(Content(record))) {
+        if (!ProgramRunner(Templates, Values, handler, LargestEvent).RunEvent(content)) {
             return false;
         }
         xml.append(buffer.View());
@@ -123,10 +131,12 @@ struct Chunk::State {
 };
 
 Chunk::Chunk(std::vector<std::byte> bytes, bool verifyChecksums) {
-    bytes.resize(ChunkSize);
-    state_ = std::make_unique<State>(std::move(bytes));
+    // Padding could complete a record that was cut off, so the bytes are walked as they are. A place that could not be
+    // read stays empty, which needs no memory.
     RecordWalk walk;
-    WalkRecords(state_->Bytes, walk);
+    WalkRecords(bytes, walk);
+    bytes.resize(bytes.empty() ? 0 : ChunkSize);
+    state_ = std::make_unique<State>(std::move(bytes));
     state_->Records = std::move(walk.Records);
     state_->Damage.SkippedRecords = walk.Damaged;
     state_->Damage.MissingHeader = !walk.HasHeader && !state_->Records.empty();
@@ -142,29 +152,35 @@ std::span<const RecordPlace> Chunk::Records() const {
 }
 
 const ChunkDamage& Chunk::Damage() const {
+    state_->VerifyChecksums();
     return state_->Damage;
 }
 
 bool Chunk::ReadSystem(const RecordPlace& record, SystemValues& values) const {
-    return state_->Knows(record) &&
-           ReadSystemValues(state_->Content(record), state_->Templates, state_->Values, values);
+    return state_->Read(record, [&](ByteReader content) {
+        return ReadSystemValues(content, state_->Templates, state_->Values, values);
+    });
 }
 
 bool Chunk::ReadData(const RecordPlace& record, std::vector<DataValue>& values) const {
-    return state_->Knows(record) && ReadDataValues(state_->Content(record), state_->Templates, state_->Values, values);
+    return state_->Read(
+        record, [&](ByteReader content) { return ReadDataValues(content, state_->Templates, state_->Values, values); });
 }
 
 bool Chunk::ReadRenderingInfo(const RecordPlace& record, RenderingInfo& info) const {
-    return state_->Knows(record) &&
-           ReadRenderingTexts(state_->Content(record), state_->Templates, state_->Values, info);
+    return state_->Read(record, [&](ByteReader content) {
+        return ReadRenderingTexts(content, state_->Templates, state_->Values, info);
+    });
 }
 
 bool Chunk::AppendXml(const RecordPlace& record, std::wstring& xml) const {
-    return state_->AppendXml(record, state_->WideBuffer, xml);
+    return state_->Read(record,
+                        [&](ByteReader content) { return state_->AppendXml(content, state_->WideBuffer, xml); });
 }
 
 bool Chunk::AppendXml(const RecordPlace& record, std::string& utf8) const {
-    return state_->AppendXml(record, state_->Utf8Buffer, utf8);
+    return state_->Read(record,
+                        [&](ByteReader content) { return state_->AppendXml(content, state_->Utf8Buffer, utf8); });
 }
 
 }  // namespace corvina::evtx

@@ -94,6 +94,8 @@ struct LogFile::State {
     std::uint64_t ForeignBytes = 0;
     std::uint64_t ForeignChunks = 0;
     RecordWalk Walk;  // working memory
+    // For places that cannot be read, even for want of memory.
+    std::shared_ptr<const Chunk> EmptyChunk = std::make_shared<const Chunk>(std::vector<std::byte>());
 };
 
 LogFile::LogFile(std::unique_ptr<State> state) : state_(std::move(state)) {}
@@ -136,11 +138,16 @@ std::span<const ChunkPlace> LogFile::Chunks() const {
 }
 
 std::shared_ptr<const Chunk> LogFile::ReadChunk(std::size_t index) const {
-    std::vector<std::byte> bytes(ChunkSize);
-    const std::size_t count =
-        index < state_->Chunks.size() ? state_->File->ReadAt(state_->Chunks[index].FileOffset, bytes) : 0;
-    bytes.resize(count);
-    return std::make_shared<const Chunk>(std::move(bytes), (state_->Header.Flags & NoChecksumsFlag) == 0);
+    if (index >= state_->Chunks.size()) {
+        return state_->EmptyChunk;
+    }
+    try {
+        std::vector<std::byte> bytes(ChunkSize);
+        bytes.resize(state_->File->ReadAt(state_->Chunks[index].FileOffset, bytes));
+        return std::make_shared<const Chunk>(std::move(bytes), (state_->Header.Flags & NoChecksumsFlag) == 0);
+    } catch (const std::bad_alloc&) {
+        return state_->EmptyChunk;
+    }
 }
 
 std::uint64_t LogFile::RecordCount() const {

@@ -73,6 +73,7 @@ void WalkRecords(std::span<const std::byte> chunk, RecordWalk& walk) {
     if (chunk.size() < ChunkHeaderSize) {
         return;
     }
+    chunk = chunk.first(std::min(chunk.size(), ChunkSize));
     walk.HasHeader = HasChunkSignature(chunk);
     walk.UsedEnd = walk.HasHeader ? UsedEndOf(chunk) : chunk.size();
     RecordPlace place;

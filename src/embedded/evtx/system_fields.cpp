@@ -4,6 +4,7 @@
 
 #include "base/calendar.h"
 #include "base/identifiers.h"
+#include "base/parse_number.h"
 #include "base/utf.h"
 #include "embedded/evtx/value_text.h"
 
@@ -111,35 +112,6 @@ std::wstring_view Trimmed(std::wstring_view text) {
         return {};
     }
     return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
-
-std::optional<unsigned> DigitValue(wchar_t digit) {
-    if (digit >= L'0' && digit <= L'9') {
-        return static_cast<unsigned>(digit - L'0');
-    }
-    if (digit >= L'a' && digit <= L'f') {
-        return static_cast<unsigned>(digit - L'a') + 10;
-    }
-    if (digit >= L'A' && digit <= L'F') {
-        return static_cast<unsigned>(digit - L'A') + 10;
-    }
-    return std::nullopt;
-}
-
-// Decimal, or hexadecimal with "0x" in front.
-std::optional<std::uint64_t> ParseNumber(std::wstring_view text) {
-    const bool hexadecimal = text.starts_with(L"0x") || text.starts_with(L"0X");
-    const std::uint64_t base = hexadecimal ? 16 : 10;
-    text.remove_prefix(hexadecimal ? 2 : 0);
-    std::uint64_t number = 0;
-    for (const wchar_t character : text) {
-        const auto digit = DigitValue(character);
-        if (!digit || *digit >= base || number > (UINT64_MAX - *digit) / base) {
-            return std::nullopt;
-        }
-        number = number * base + *digit;
-    }
-    return text.empty() ? std::nullopt : std::optional(number);
 }
 
 // Takes up to `most` digits off the front; none when there is not even one.
@@ -261,7 +233,7 @@ void SetSystemField(SystemField field, std::wstring_view text, SystemValues& val
         }
         return;
     }
-    const auto number = field == SystemField::TimeCreated ? ParseTime(text) : ParseNumber(text);
+    const auto number = field == SystemField::TimeCreated ? ParseTime(text) : ParseUnsigned(text);
     if (number) {
         SetNumberField(field, *number, values);
     }
