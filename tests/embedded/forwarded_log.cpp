@@ -89,7 +89,7 @@ class ChunkBytes {
         PutNumber(bytes_, HeaderSize + 8, 1, 8);
         PutNumber(bytes_, HeaderSize + 16, FirstTestTime, 8);
         bytes_.replace(0, 8, std::string("ElfChnk\0", 8));
-        for (const std::size_t place : {8, 16, 24, 32}) {
+        for (const std::size_t place : {8U, 16U, 24U, 32U}) {
             PutNumber(bytes_, place, 1, 8);
         }
         PutNumber(bytes_, 40, 128, 4);
