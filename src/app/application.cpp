@@ -106,13 +106,25 @@ MenuSituation Application::Situation() const {
 
 std::vector<MenuEntry> Application::Menu(std::uint32_t menu) const {
     MenuSituation situation = Situation();
-    if (menu == CORVINA_ID_MENU_TREE && situation.SelectedNode == NodeKind::Channel && state_->Logs) {
-        const LogTreeNode& node = *state_->Tree.Find(state_->Tree.Selected());
-        const EventLogSession& session = state_->Logs->Session;
-        const ChannelRecord* channel = state_->Logs->Channels.Find(session.CurrentComputerIndex(), node.ChannelIndex);
-        situation.IsChannelEnabled = channel != nullptr && IsChannelEnabled(session, channel->Path);
+    if (menu == CORVINA_ID_MENU_TREE) {
+        situation.IsChannelEnabled = IsSelectedChannelEnabled();
     }
     return BuildMenu(menu, state_->Language, situation);
+}
+
+bool Application::IsSelectedChannelEnabled() const {
+    const LogTreeNode* node = state_->Tree.Find(state_->Tree.Selected());
+    const LogTreeNode* computer = state_->Tree.Find(state_->Tree.RootOf(state_->Tree.Selected()));
+    if (!state_->Logs || node == nullptr || computer == nullptr || node->Kind != NodeKind::Channel) {
+        return false;
+    }
+    // While a load runs, the session may still be that of the computer that was selected before.
+    const EventLogSession& session = state_->Logs->Session;
+    if (computer->ComputerIndex != session.CurrentComputerIndex()) {
+        return false;
+    }
+    const ChannelRecord* channel = state_->Logs->Channels.Find(computer->ComputerIndex, node->ChannelIndex);
+    return channel != nullptr && IsChannelEnabled(session, channel->Path);
 }
 
 std::optional<std::uint32_t> Application::MenuOfNode(NodeId node) const {

@@ -120,6 +120,7 @@ class Application {
     void RemoveSelectedRows();
     void ChooseColumns();
     MenuSituation Situation() const;
+    bool IsSelectedChannelEnabled() const;
 
     std::unique_ptr<State> state_;
 };

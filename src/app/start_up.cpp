@@ -77,7 +77,12 @@ void StartUp::ChooseTheme() {
 
 void StartUp::ChooseLanguage() {
     SettingsStore& settings = *state_.Settings;
-    const bool isFirstRun = settings.ReadSetting(OptionsSection, LanguageKey, L"-1") == L"-1";
+    const std::wstring stored = settings.ReadSetting(OptionsSection, LanguageKey, L"-1");
+    const bool isFirstRun = stored.empty() || stored == L"-1";
+    if (stored.empty()) {
+        // A key without a value counts as missing; the choice below would take it for the number 0.
+        settings.RemoveSetting(OptionsSection, LanguageKey);
+    }
     state_.Language.SetIndex(i18n::ChooseLanguage(settings, state_.System.System.UserInterfaceLanguage()));
     if (isFirstRun) {
         settings.WriteSetting(OptionsSection, LanguageKey, FormatText(L"%i", {state_.Language.Index()}));

@@ -222,10 +222,10 @@ TEST_F(RunningApplicationTest, NothingDoneInTheMiddleOfALoadConfusesIt) {
          350},
     };
     for (const auto& [action, rows] : actions) {
-        pump_.OnDispatch = [&, done = false]() mutable {
+        pump_.OnDispatch = [&toDo = action, done = false]() mutable {
             if (!done) {
                 done = true;
-                action();
+                toDo();
             }
         };
         Select(L"Windows Logs/Application");

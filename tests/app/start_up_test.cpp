@@ -99,6 +99,20 @@ TEST_F(StartUpTest, TheStoredLookReturns) {
     EXPECT_TRUE(settings_.Writes.empty());
 }
 
+TEST_F(StartUpTest, TheLanguageComesFromTheSettingsElseFromTheSystem) {
+    const std::vector<std::tuple<std::wstring, std::uint16_t, int, std::wstring>> cases = {
+        {L"-1", 2055, i18n::German, L"0"}, {L"", 1031, i18n::German, L"0"},     {L"", 1033, i18n::English, L"1"},
+        {L"1", 1031, i18n::English, L"1"}, {L"1x", 1031, i18n::English, L"1x"}, {L"x", 1033, i18n::German, L"x"}};
+    for (const auto& [stored, system, language, written] : cases) {
+        settings_.Set(L"Options", L"Language", stored);
+        system_.Language = system;
+        app_ = std::make_unique<Application>(ports_, Views{window_, tree_, load_, details_});
+        app_->Create();
+        EXPECT_EQ(app_->CurrentLanguage().Index(), language) << testing::PrintToString(stored);
+        EXPECT_EQ(settings_.Value(L"Options", L"Language"), written) << testing::PrintToString(stored);
+    }
+}
+
 TEST_F(StartUpTest, AMediumThatCannotBeWrittenKeepsTheChosenLanguage) {
     settings_.FileExists = false;
     settings_.IsReadOnly = true;
