@@ -64,6 +64,9 @@ MakeWineTemplate() {
         Fail "Wine could not be set up; see $logs/wine.log"
     RunBounded 60 "$logs/wine.log" wine winecfg -v win10 || Fail "Wine could not be set up; see $logs/wine.log"
     RunBounded 120 "$logs/wine.log" wineserver -w || Fail "Wine did not come to rest; see $logs/wine.log"
+    # Debian's Wine does not look where Debian keeps its fonts; without them texts and window buttons look foreign.
+    mkdir -p "$fresh/drive_c/windows/Fonts"
+    cp -t "$fresh/drive_c/windows/Fonts" /usr/share/wine/fonts/*.ttf
     printf '%s\n' "$version" >"$fresh/made-by"
     rm -rf "$wine_template"
     mv "$fresh" "$wine_template"
