@@ -6,18 +6,18 @@
 namespace corvina::evtx::test {
 namespace {
 
-// The text between the tags of an element whose content is the value.
+// The texts of the elements whose content is the value, each with a bar behind it.
 std::string Rendered(const TestValue& value) {
     TestChunk chunk;
     Tokens definition(chunk);
     definition.Header().Open("Event").CloseStart().SlotElement("D", 0).End().EndFragment();
-    std::string xml = RenderTemplate(chunk, definition, {value});
-    for (const std::string_view markup : {"<Event>", "</Event>", "<D>", "</D>"}) {
-        for (auto place = xml.find(markup); place != std::string::npos; place = xml.find(markup)) {
-            xml.replace(place, markup.size(), markup == "</D>" ? "|" : "");
-        }
+    const std::string xml = RenderTemplate(chunk, definition, {value});
+    std::string texts;
+    for (auto begin = xml.find("<D>"); begin != std::string::npos; begin = xml.find("<D>", begin + 1)) {
+        texts.append(xml, begin + 3, xml.find("</D>", begin) - begin - 3);
+        texts += '|';
     }
-    return xml;
+    return texts;
 }
 
 TEST(ValueText, EveryTypeHasThePlatformsForm) {
