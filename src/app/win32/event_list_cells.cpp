@@ -85,15 +85,22 @@ void EventListControl::FillInfoTip(NMLVGETINFOTIPW& tip) const {
 
 LRESULT EventListControl::PaintRow(NMLVCUSTOMDRAW& painting) const {
     if (painting.nmcd.dwDrawStage == CDDS_PREPAINT) {
-        return owner_.ColorsRowsByLevel() ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT;
+        return isDark_ || owner_.ColorsRowsByLevel() ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT;
     }
-    if (painting.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
-        const std::uint32_t image = owner_.RowImage(painting.nmcd.dwItemSpec);
-        const auto& color = LevelColors[std::min<std::size_t>(image, LevelColors.size() - 1)];
+    if (painting.nmcd.dwDrawStage != CDDS_ITEMPREPAINT) {
+        return CDRF_DODEFAULT;
+    }
+    const std::size_t row = painting.nmcd.dwItemSpec;
+    if (isDark_ && IsSelected(row)) {
+        // The system marks selected rows in light colours, on which the scheme's light texts cannot be read.
+        painting.nmcd.uItemState &= ~static_cast<UINT>(CDIS_SELECTED);
+        painting.clrText = textColor_;
+        painting.clrTextBk = GetFocus() == handle_ ? ui::DarkSelection : ui::DarkSelectionWithoutFocus;
+    } else if (owner_.ColorsRowsByLevel()) {
+        const auto& color = LevelColors[std::min<std::size_t>(owner_.RowImage(row), LevelColors.size() - 1)];
         painting.clrText = !color ? textColor_ : isDark_ ? color->OnDark : color->OnLight;
-        return CDRF_NEWFONT;
     }
-    return CDRF_DODEFAULT;
+    return CDRF_NEWFONT;
 }
 
 }  // namespace corvina

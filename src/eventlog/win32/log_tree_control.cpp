@@ -154,9 +154,23 @@ LRESULT LogTreeControl::NotificationReceived(const NMHDR& notification, LPARAM l
             items_.erase(static_cast<NodeId>(
                 static_cast<std::uint32_t>(reinterpret_cast<const NMTREEVIEWW*>(lParam)->itemOld.lParam)));
             return 0;
+        case NM_CUSTOMDRAW:
+            return PaintItem(*reinterpret_cast<NMTVCUSTOMDRAW*>(lParam));
         default:
             return 0;
     }
+}
+
+LRESULT LogTreeControl::PaintItem(NMTVCUSTOMDRAW& painting) const {
+    if (painting.nmcd.dwDrawStage == CDDS_PREPAINT) {
+        return isDark_ ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT;
+    }
+    if (painting.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && (painting.nmcd.uItemState & CDIS_SELECTED) != 0) {
+        // The system marks selected items in light colours, on which the scheme's light texts cannot be read.
+        painting.clrText = textColor_;
+        painting.clrTextBk = GetFocus() == handle_ ? ui::DarkSelection : ui::DarkSelectionWithoutFocus;
+    }
+    return CDRF_DODEFAULT;
 }
 
 bool LogTreeControl::SelectAt(POINT screenPlace) {
@@ -194,6 +208,8 @@ void LogTreeControl::SetIcons(HINSTANCE instance, ui::Scale scale) {
 }
 
 void LogTreeControl::SetColors(const ui::PaletteBrushes& brushes) {
+    textColor_ = brushes.Colors().Text;
+    isDark_ = brushes.IsDark();
     Send(TVM_SETBKCOLOR, 0, static_cast<LPARAM>(brushes.Colors().ControlBack));
     Send(TVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(brushes.Colors().Text));
 }

@@ -48,6 +48,7 @@ class LogTreeControl : public LogTreeView {
     // Keeps the control's notifications from counting as choices of the user.
     class ProgramChange;
 
+    LRESULT PaintItem(NMTVCUSTOMDRAW& painting) const;
     HTREEITEM ItemOf(NodeId node) const;
     NodeId NodeOf(HTREEITEM item) const;
     HTREEITEM SelectedItem() const;
@@ -58,6 +59,8 @@ class LogTreeControl : public LogTreeView {
     UINT selectionMessage_ = 0;
     std::unordered_map<NodeId, HTREEITEM> items_;
     ui::UniqueImageList icons_;
+    COLORREF textColor_ = 0;
+    bool isDark_ = false;
     int programChanges_ = 0;
     bool selectionWaits_ = false;
 };

@@ -8,6 +8,10 @@
 
 namespace corvina::ui {
 
+// Grounds of what is selected in a dark list or tree.
+inline constexpr COLORREF DarkSelection = RGB(48, 92, 160);
+inline constexpr COLORREF DarkSelectionWithoutFocus = RGB(64, 74, 100);
+
 class PaletteBrushes {
   public:
     explicit PaletteBrushes(const Palette& palette)
