@@ -23,8 +23,12 @@ StartDisplay() {
 }
 
 StopDisplay() {
-    kill "$display_process" 2>/dev/null || true
-    wait "$display_process" 2>/dev/null || true
+    if [[ -n $display_process ]]; then
+        kill "$display_process" 2>/dev/null || true
+        wait "$display_process" 2>/dev/null || true
+        display_process=
+        unset DISPLAY
+    fi
 }
 
 # Starts with a fresh Wine in WINEPREFIX. Its Windows folder shares the template's files, which Wine never writes to.
