@@ -20,10 +20,6 @@ constexpr std::uint16_t SupportedVersion = 3;
 constexpr std::uint32_t NoChecksumsFlag = 4;
 constexpr std::size_t ChunksAtOnce = 16;
 
-bool IsZeroFilled(std::span<const std::byte> bytes) {
-    return std::all_of(bytes.begin(), bytes.end(), [](std::byte value) { return value == std::byte{0}; });
-}
-
 // False when the bytes are not the header of an event log.
 bool ReadHeader(std::span<const std::byte> bytes, FileHeader& header, std::uint64_t& firstChunk) {
     const std::byte* data = bytes.data();
@@ -78,7 +74,7 @@ struct LogFile::State {
             const auto count = static_cast<std::uint32_t>(Walk.Records.size());
             Chunks.push_back({offset, first->RecordId, last->RecordId, count});
             Records += count;
-        } else if (!Walk.HasHeader && !IsZeroFilled(bytes)) {
+        } else if (!Walk.HasHeader && !HoldsOnlyZeros(bytes)) {
             if (bytes.size() == ChunkSize) {
                 ++ForeignChunks;
             } else {

@@ -23,8 +23,7 @@ struct RecordWalk {
     std::vector<RecordPlace> Records;
 };
 
-// Whether these bytes begin with a chunk's signature.
-bool HasChunkSignature(std::span<const std::byte> chunk);
+bool HoldsOnlyZeros(std::span<const std::byte> bytes);
 
 // Walks one chunk; `chunk` may be shorter than a whole one when the file was cut off. Places without a chunk signature
 // are walked as well: records outlive a chunk's header that was overwritten.
