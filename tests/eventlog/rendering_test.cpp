@@ -152,7 +152,7 @@ TEST_F(Rendering, CategoryMessageFilesServeClassicSources) {
     Categories.Lists[L"Application/Provider"] = L"missing.dll;;second.dll";
     Categories.Messages[{L"second.dll", 7}] = L"Shell \r\n";
     Categories.Messages[{L"second.dll", 8}] = std::wstring(400, L'x');
-    for (const std::uint64_t task : {7, 7, 8, 9, 0}) {
+    for (const std::uint64_t task : {7U, 7U, 8U, 9U, 0U}) {
         Event().Number(EvtSystemTask, EvtVarTypeUInt16, task);
     }
     Load();
@@ -232,7 +232,7 @@ TEST_F(Rendering, ConditionsListOnlyMatchingEvents) {
         }
         return kind == EvtFormatMessageEvent && id != L"3" ? L"A LOGON of " + id : L"";
     };
-    for (const std::uint64_t id : {1, 2, 3}) {
+    for (const std::uint64_t id : {1U, 2U, 3U}) {
         Event().Number(EvtSystemEventID, EvtVarTypeUInt16, id).Xml =
             L"<Event><EventData><Data>logon data</Data></EventData></Event>";
     }

@@ -57,8 +57,8 @@ class ScriptedEvent {
     std::wstring Xml;
 
   private:
-    std::map<int, std::wstring> texts_;
-    std::map<int, GUID> guids_;
+    std::map<std::size_t, std::wstring> texts_;
+    std::map<std::size_t, GUID> guids_;
     std::vector<std::uint8_t> sid_;
 };
 
