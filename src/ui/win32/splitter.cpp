@@ -28,10 +28,9 @@ void Splitter::SetBackground(HBRUSH brush) {
     InvalidateRect(Handle(), nullptr, TRUE);
 }
 
-int Splitter::PointerInParent() const {
-    POINT pointer{};
-    GetCursorPos(&pointer);
-    ScreenToClient(GetParent(Handle()), &pointer);
+int Splitter::InParent(LPARAM place) const {
+    POINT pointer{static_cast<short>(LOWORD(place)), static_cast<short>(HIWORD(place))};
+    MapWindowPoints(Handle(), GetParent(Handle()), &pointer, 1);
     return direction_ == SplitterDirection::Vertical ? pointer.x : pointer.y;
 }
 
@@ -42,8 +41,8 @@ int Splitter::EdgeInParent() const {
     return direction_ == SplitterDirection::Vertical ? place.left : place.top;
 }
 
-void Splitter::Drag() {
-    const int edge = PointerInParent() - grip_;
+void Splitter::Drag(LPARAM place) {
+    const int edge = InParent(place) - grip_;
     if (edge != EdgeInParent()) {
         dragged_(edge);
     }
@@ -55,13 +54,13 @@ LRESULT Splitter::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             SetCursor(LoadCursorW(nullptr, direction_ == SplitterDirection::Vertical ? IDC_SIZEWE : IDC_SIZENS));
             return TRUE;
         case WM_LBUTTONDOWN:
-            grip_ = PointerInParent() - EdgeInParent();
+            grip_ = InParent(lParam) - EdgeInParent();
             dragging_ = true;
             SetCapture(Handle());
             return 0;
         case WM_MOUSEMOVE:
             if (dragging_) {
-                Drag();
+                Drag(lParam);
             }
             return 0;
         case WM_LBUTTONUP:

@@ -29,9 +29,10 @@ class Splitter : public Window {
     LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    int PointerInParent() const;
+    // A mouse message's place along the bar's way, in the parent's client area.
+    int InParent(LPARAM place) const;
     int EdgeInParent() const;
-    void Drag();
+    void Drag(LPARAM place);
 
     SplitterDirection direction_;
     DragHandler dragged_;
