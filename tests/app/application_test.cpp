@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/application_fixture.h"
+#include "app/channel_state.h"
 #include "app/command_ids.h"
 #include "eventlog/event_columns.h"
 
@@ -179,6 +180,20 @@ TEST_F(RunningApplicationTest, TheProtocolEntryReadsTheChannelWhenTheMenuOpens) 
         EXPECT_EQ(TreeMenuText(CORVINA_ID_SWITCH_CHANNEL), L"Enable Protocol");
     }
     EXPECT_EQ(TreeMenuText(CORVINA_ID_SWITCH_CHANNEL), L"Disable Protocol");
+}
+
+TEST_F(RunningApplicationTest, ASwitchedOffChannelIsNotInTheTreeButKnownToBeOff) {
+    ASSERT_TRUE(store_.SetChannelsIni(L"localhost", "[System]\nEnabled=0\n"));
+    Start(1, 1);
+    EXPECT_EQ(Node(L"Windows Logs/System"), NodeId::None);
+    const SystemErrorReport report(errors_, prompts_);
+    const i18n::Language language;
+    ChannelLists channels;
+    EventLogSession session(*factory_.Api, report, debug_, language, channels);
+    EXPECT_FALSE(IsChannelEnabled(session, L"Application"));  // not connected yet
+    ASSERT_TRUE(session.ConnectToComputer(L"TESTPC", 0, std::nullopt, [](const std::wstring&) {}));
+    EXPECT_TRUE(IsChannelEnabled(session, L"Application"));
+    EXPECT_FALSE(IsChannelEnabled(session, L"System"));
 }
 
 TEST_F(RunningApplicationTest, KeysReloadMoveTheFocusAndLeaveGreyedCommandsAlone) {

@@ -217,11 +217,8 @@ TEST_F(SortTest, AComparisonWithoutAnyOrderStillGivesAPermutation) {
       public:
         std::uint64_t ToLocalTime(std::uint64_t utc) const override { return utc; }
         int CompareIgnoringCase(std::wstring_view, std::wstring_view) const override {
-            return ++calls_ % 3 == 0 ? 1 : -1;
+            return -1;  // every text stands before every other one
         }
-
-      private:
-        mutable int calls_ = 0;
     };
     for (int index = 0; index < 500; ++index) {
         EventRow row;
