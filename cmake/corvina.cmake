@@ -46,10 +46,3 @@ function(corvina_test name)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests/bin")
   add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}")
 endfunction()
-
-# A room that is not written yet is left out.
-macro(corvina_add folder)
-  if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/CMakeLists.txt")
-    add_subdirectory(${folder})
-  endif()
-endmacro()
