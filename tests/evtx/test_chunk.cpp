@@ -172,7 +172,7 @@ std::uint32_t TestChunk::Define(const Tokens& definition) {
 std::uint32_t TestChunk::AddRecord(std::uint64_t id, const Tokens& content, std::uint64_t written) {
     const std::uint32_t size = static_cast<std::uint32_t>(28 + content.Bytes().size());
     const auto offset = static_cast<std::uint32_t>(free_);
-    Put(free_, std::string("**\0\0", 4) + LittleEndian(size, 4) + LittleEndian(id, 8) + LittleEndian(written, 8) +
+    Put(free_, "**" + LittleEndian(0, 2) + LittleEndian(size, 4) + LittleEndian(id, 8) + LittleEndian(written, 8) +
                    content.Bytes() + LittleEndian(size, 4));
     free_ += size;
     EXPECT_LE(free_, stored_) << "the test's chunk is too full";

@@ -35,7 +35,8 @@ bool ReadName(ByteReader& reader, Name& name) {
     if (name.Length > LongestName || chunk.size() - name.Place < 2 * std::size_t{name.Length}) {
         return false;
     }
-    if (offset == reader.Position() && !reader.Skip(NameHeaderSize + 2 * name.Length + NameTerminatorSize)) {
+    if (offset == reader.Position() &&
+        !reader.Skip(NameHeaderSize + 2 * std::size_t{name.Length} + NameTerminatorSize)) {
         return false;
     }
     return IsXmlName(chunk.subspan(name.Place, 2 * std::size_t{name.Length}));
@@ -248,7 +249,7 @@ class ElementParser {
     bool IsReservedTarget() const {
         const Instruction& target = code_.back();
         bool reserved = target.Length == 3;
-        for (std::uint32_t index = 0; reserved && index < target.Length; ++index) {
+        for (std::size_t index = 0; reserved && index < target.Length; ++index) {
             const unsigned unit = LoadUInt16(reader_.Bytes().data() + target.Place + 2 * index);
             reserved = (unit | 0x20U) == static_cast<unsigned char>("xml"[index]);
         }
