@@ -36,8 +36,8 @@ std::optional<std::vector<bool>> ColumnChooser::Choose(HWND owner, HINSTANCE ins
     arguments.Owner = owner;
     arguments.Instance = instance;
     arguments.Title = language_.Text(ColumnsSlot);
-    arguments.ClientSize = {480, 460};
-    arguments.SmallestClient = {400, 220};
+    arguments.ClientSize = {340, 480};
+    arguments.SmallestClient = {320, 240};
     arguments.Colors = &colors;
     if (!RunModal(arguments)) {
         return std::nullopt;
@@ -91,8 +91,9 @@ void ColumnChooser::Layout(int width, int height) {
     const int margin = scale.Pixels(Margin);
     const int gap = scale.Pixels(Gap);
     const int buttonHeight = scale.Pixels(ButtonHeight);
-    const int buttonTop = height - margin - buttonHeight;
-    MoveWindow(list_, margin, margin, std::max(width - 2 * margin, 0), std::max(buttonTop - 2 * margin, 0), TRUE);
+    const int endTop = height - margin - buttonHeight;
+    const int selectionTop = endTop - margin - buttonHeight;
+    MoveWindow(list_, margin, margin, std::max(width - 2 * margin, 0), std::max(selectionTop - gap - margin, 0), TRUE);
     RECT inside{};
     GetClientRect(list_, &inside);
     SendMessageW(list_, LVM_SETCOLUMNWIDTH, 0, inside.right);
@@ -103,17 +104,18 @@ void ColumnChooser::Layout(int width, int height) {
         const int textWidth = static_cast<int>(ui::TextExtent(Handle(), Font(), text).cx);
         return std::max(scale.Pixels(SmallestButton), textWidth + 2 * margin);
     };
-    const auto place = [&](int identifier, int left, int buttonWidth) {
-        MoveWindow(GetDlgItem(Handle(), identifier), left, buttonTop, buttonWidth, buttonHeight, TRUE);
+    const auto place = [&](int identifier, int left, int top, int buttonWidth) {
+        MoveWindow(GetDlgItem(Handle(), identifier), left, top, buttonWidth, buttonHeight, TRUE);
     };
-    // The two buttons about the list stand to the left, those that end the dialog to the right.
+    // The two buttons about the list stand right below it, those that end the dialog in the lower right corner: in some
+    // languages all four would not fit beside each other.
     const int all = widthOf(CORVINA_ID_SELECT_ALL);
-    place(CORVINA_ID_SELECT_ALL, margin, all);
-    place(CORVINA_ID_INVERT_SELECTION, margin + all + gap, widthOf(CORVINA_ID_INVERT_SELECTION));
+    place(CORVINA_ID_SELECT_ALL, margin, selectionTop, all);
+    place(CORVINA_ID_INVERT_SELECTION, margin + all + gap, selectionTop, widthOf(CORVINA_ID_INVERT_SELECTION));
     const int cancel = widthOf(IDCANCEL);
     const int apply = widthOf(IDOK);
-    place(IDCANCEL, width - margin - cancel, cancel);
-    place(IDOK, width - margin - cancel - gap - apply, apply);
+    place(IDCANCEL, width - margin - cancel, endTop, cancel);
+    place(IDOK, width - margin - cancel - gap - apply, endTop, apply);
 }
 
 void ColumnChooser::CommandReceived(int identifier, UINT) {

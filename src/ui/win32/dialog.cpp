@@ -106,6 +106,8 @@ INT_PTR Dialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void Dialog::Initialize() {
     SetWindowTextW(handle_, arguments_.Title.c_str());
+    const ULONG_PTR icon = GetClassLongPtrW(arguments_.Owner, GCLP_HICONSM);
+    SendMessageW(handle_, WM_SETICON, ICON_SMALL, static_cast<LPARAM>(icon));
     scale_ = Scale::Of(handle_);
     font_ = CreateInterfaceFont(scale_);
     CreateControls();
