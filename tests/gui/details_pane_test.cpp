@@ -46,10 +46,21 @@ TEST(FieldText, BreaksLinesAsFieldsDoAndEndsWhatNobodyReads) {
     EXPECT_EQ(FieldText(L"a\nb\r\nc\rd\n"), L"a\r\nb\r\nc\r\nd\r\n");
     EXPECT_EQ(FieldText(L"\r"), L"\r\n");
     EXPECT_EQ(FieldText(std::wstring_view(L"a\0b", 3)), L"a b");
-    EXPECT_EQ(FieldText(std::wstring(LongestFieldText, L'x')).size(), LongestFieldText);
-    const std::wstring cut = FieldText(std::wstring(LongestFieldText + 1, L'x'));
-    EXPECT_EQ(cut.size(), LongestFieldText + 5);
-    EXPECT_TRUE(cut.ends_with(L"x\r\n..."));
+    const std::wstring full = FieldText(std::wstring(LongestFieldText, L'\n'));
+    EXPECT_EQ(full.size(), 2 * LongestFieldText);
+    const std::wstring cut = FieldText(std::wstring(LongestFieldText + 1, L'\n'));
+    EXPECT_EQ(cut, full + L"\r\n...");
+}
+
+TEST(FieldText, LinesThatWouldTakeLongToWrapAreBroken) {
+    const std::wstring line(LongestFieldLine, L'x');
+    EXPECT_EQ(FieldText(line), line);
+    EXPECT_EQ(FieldText(line + L"y"), line + L"\r\ny");
+    const std::wstring withBlank = std::wstring(LongestFieldLine - 10, L'x') + L" " + std::wstring(20, L'y');
+    EXPECT_EQ(FieldText(withBlank).find(L"\r\n"), LongestFieldLine - 9);
+    // A character of two halves stays whole.
+    const std::wstring pair = std::wstring(LongestFieldLine - 1, L'x') + L"\xD83D\xDE00";
+    EXPECT_EQ(FieldText(pair), std::wstring(LongestFieldLine - 1, L'x') + L"\r\n\xD83D\xDE00");
 }
 
 }  // namespace

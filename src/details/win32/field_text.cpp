@@ -1,31 +1,52 @@
 #include "details/win32/field_text.h"
 
-#include <algorithm>
+#include <windows.h>
 
 namespace corvina {
+namespace {
+
+constexpr std::wstring_view LineBreak = L"\r\n";
+
+// Where a line that is too long is broken: behind the last blank in its last part, else where it has to be, but not
+// between the halves of a character.
+std::size_t BreakingPoint(std::wstring_view line) {
+    constexpr std::size_t LastPart = 200;
+    const std::size_t blank = line.substr(0, LongestFieldLine).find_last_of(L' ');
+    if (blank != std::wstring_view::npos && blank + LastPart >= LongestFieldLine) {
+        return blank + 1;
+    }
+    return IS_HIGH_SURROGATE(line[LongestFieldLine - 1]) ? LongestFieldLine - 1 : LongestFieldLine;
+}
+
+void AppendLine(std::wstring_view line, std::wstring& text) {
+    while (line.size() > LongestFieldLine) {
+        const std::size_t length = BreakingPoint(line);
+        text += line.substr(0, length);
+        text += LineBreak;
+        line.remove_prefix(length);
+    }
+    text += line;
+}
+
+}  // namespace
 
 std::wstring FieldText(std::wstring_view text) {
     const bool isCut = text.size() > LongestFieldText;
     text = text.substr(0, LongestFieldText);
     std::wstring result;
-    result.reserve(text.size() + static_cast<std::size_t>(std::ranges::count(text, L'\n')) + 8);
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        switch (text[i]) {
-            case L'\r':
-                if (i + 1 < text.size() && text[i + 1] == L'\n') {
-                    ++i;
-                }
-                [[fallthrough]];
-            case L'\n':
-                result += L"\r\n";
-                break;
-            case L'\0':
-                result += L' ';
-                break;
-            default:
-                result += text[i];
-                break;
+    result.reserve(text.size() + text.size() / 16);
+    for (;;) {
+        const std::size_t end = text.find_first_of(L"\r\n");
+        AppendLine(text.substr(0, end), result);
+        if (end == std::wstring_view::npos) {
+            break;
         }
+        result += LineBreak;
+        text.remove_prefix(text.substr(end).starts_with(LineBreak) ? end + 2 : end + 1);
+    }
+    for (wchar_t& character : result) {
+        // The field would take it for the end.
+        character = character == L'\0' ? L' ' : character;
     }
     if (isCut) {
         result += L"\r\n...";
