@@ -96,6 +96,18 @@ TEST_F(Structure, OptionalPartsWithoutValueAreLeftOut) {
               "<Event><A y='v'/><C>v</C><D></D><E>-</E><H/></Event>");
 }
 
+// Real templates make the root depend on the slot of the event's data, which need not have any.
+TEST_F(Structure, TheRootIsNeverLeftOutAndNeverRepeated) {
+    const auto definition = [this] { return Make().Header().Open("Event", 0).CloseStart().OptionalSlot(0).End(); };
+    EXPECT_EQ(RenderTemplate(Chunk, definition().EndFragment(), {NullValue()}), "<Event></Event>");
+    TestChunk repeated;
+    Tokens content(repeated);
+    Tokens root = Tokens(repeated).Header().Open("Event").CloseStart().Slot(0).End().EndFragment();
+    content.Instance(repeated.Define(root), {{0x84, "ab"}});
+    repeated.AddRecord(1, content);
+    EXPECT_EQ(OnlyXml(repeated), "");
+}
+
 TEST_F(Structure, ArraysRepeatOnlyTheirOwnElement) {
     Tokens tokens = Make().Header().Open("Event").CloseStart();
     tokens.Open("Data").Attribute("Name").Text(u"n").Attribute("all").Slot(0).CloseStart();

@@ -159,7 +159,7 @@ class ElementParser {
 
     bool ParseAttribute() {
         const std::uint32_t index = NextIndex();
-        if (!AddNamed(Operation::Attribute) || !RegisterAttribute(code_[index])) {
+        if (!AddNamed(Operation::Attribute) || !IsNewAttribute(index)) {
             return false;
         }
         std::uint32_t items = 0;
@@ -179,21 +179,18 @@ class ElementParser {
         return true;
     }
 
-    // No element may have the same attribute twice.
-    bool RegisterAttribute(const Instruction& attribute) {
-        if (attributes_ == MostAttributes) {
-            return false;
-        }
+    // No element may have the same attribute twice. The attributes so far stand right behind their element.
+    bool IsNewAttribute(std::uint32_t attribute) {
         const std::byte* chunk = reader_.Bytes().data();
-        for (std::uint32_t index = 0; index < attributes_; ++index) {
-            const Name& other = attributeNames_[index];
-            if (other.Length == attribute.Length &&
-                std::memcmp(chunk + other.Place, chunk + attribute.Place, 2 * std::size_t{other.Length}) == 0) {
+        const Instruction& added = code_[attribute];
+        for (std::uint32_t index = open_[depth_ - 1].Index + 1; index < attribute; index = code_[index].End) {
+            const Instruction& other = code_[index];
+            if (other.Length == added.Length &&
+                std::memcmp(chunk + other.Place, chunk + added.Place, 2 * std::size_t{other.Length}) == 0) {
                 return false;
             }
         }
-        attributeNames_[attributes_++] = {attribute.Place, attribute.Length};
-        return true;
+        return ++attributes_ <= MostAttributes;
     }
 
     bool ParseContent(std::uint8_t code) {
@@ -290,7 +287,6 @@ class ElementParser {
     InstructionList& code_;
     std::array<OpenElement, MaximumDepth> open_;
     std::uint32_t depth_ = 0;
-    std::array<Name, MostAttributes> attributeNames_;
     std::uint32_t attributes_ = 0;
     bool hasRoot_ = false;
     bool inStartTag_ = false;
@@ -313,7 +309,7 @@ bool SkipFragmentHeaders(ByteReader& reader) {
 
 bool ParseElements(ByteReader& reader, bool hasDependencies, Program& program) {
     program.Structure.clear();
-    program.Structure.reserve(reader.Remaining() / 16);
+    program.Structure.reserve(reader.Remaining() / 8);
     program.Depth = 0;
     return ElementParser(reader, hasDependencies, program).Parse();
 }

@@ -24,10 +24,18 @@ Number LoadLittleEndian(const std::byte* bytes) {
     return number;
 }
 
-inline std::uint8_t LoadUInt8(const std::byte* bytes) { return std::to_integer<std::uint8_t>(*bytes); }
-inline std::uint16_t LoadUInt16(const std::byte* bytes) { return LoadLittleEndian<std::uint16_t>(bytes); }
-inline std::uint32_t LoadUInt32(const std::byte* bytes) { return LoadLittleEndian<std::uint32_t>(bytes); }
-inline std::uint64_t LoadUInt64(const std::byte* bytes) { return LoadLittleEndian<std::uint64_t>(bytes); }
+inline std::uint8_t LoadUInt8(const std::byte* bytes) {
+    return std::to_integer<std::uint8_t>(*bytes);
+}
+inline std::uint16_t LoadUInt16(const std::byte* bytes) {
+    return LoadLittleEndian<std::uint16_t>(bytes);
+}
+inline std::uint32_t LoadUInt32(const std::byte* bytes) {
+    return LoadLittleEndian<std::uint32_t>(bytes);
+}
+inline std::uint64_t LoadUInt64(const std::byte* bytes) {
+    return LoadLittleEndian<std::uint64_t>(bytes);
+}
 
 // Whether UTF-16 text is this text of characters below 128.
 inline bool EqualsAscii(std::span<const std::byte> utf16, std::string_view ascii) {

@@ -42,7 +42,7 @@ class XmlHandler {
 
     XmlHandler(std::span<const std::byte> chunk, TextBuffer<Char>& xml) : chunk_(chunk), xml_(xml) {}
 
-    void Literal(std::string_view utf8, bool ascii) { AppendFinished(utf8, ascii, xml_); }
+    void Literal(std::string_view utf8, bool ascii) { AppendLiteral(utf8, ascii, xml_); }
     void Substitute(const Value& value, bool inAttribute) {
         AppendValueText(chunk_, value, inAttribute ? Escaping::Attribute : Escaping::Text, xml_);
     }

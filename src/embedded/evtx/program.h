@@ -18,6 +18,18 @@ namespace corvina::evtx {
 // Elements may be nested this deep, over all pieces of an event together.
 inline constexpr std::uint32_t MaximumDepth = 64;
 
+// What one event may cost, about one for each character of its XML. Nested templates and repeated elements multiply, so
+// that a record of a few bytes could otherwise ask for gigabytes.
+inline constexpr std::int64_t LargestEvent = std::int64_t{4} << 20;
+
+// The cost of the values of an instance, and of substituting one value: the longest text that bytes can become is six
+// characters for each, an escaped 8-bit text.
+inline constexpr std::int64_t InstanceValueCost = 4;
+inline constexpr std::int64_t SubstitutionCost = 32;
+constexpr std::int64_t ValueCost(std::uint32_t size) {
+    return 6 * std::int64_t{size};
+}
+
 enum class Operation : std::uint8_t {
     SkipIfNull,       // goes on at End when the value of Slot is null
     Element,          // Slot, Content: what the content is substituted from; End; Place, Length: the name
@@ -71,7 +83,7 @@ struct SystemPlace {
 struct Program {
     InstructionList Structure;
     InstructionList Rendering;
-    std::string Literals;     // UTF-8
+    std::string Literals;     // UTF-8, padded for copying in blocks
     std::uint32_t Depth = 0;  // the deepest element
     // Found when System values are first asked for.
     bool SystemPlacesKnown = false;

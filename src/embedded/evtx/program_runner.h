@@ -21,10 +21,6 @@
 
 namespace corvina::evtx {
 
-// What one event may cost, about one for each character of its XML. Nested templates and repeated elements multiply, so
-// that a record of a few bytes could otherwise ask for gigabytes.
-inline constexpr std::int64_t LargestEvent = std::int64_t{4} << 20;
-
 template <typename Handler>
 class ProgramRunner {
   public:
@@ -58,8 +54,8 @@ class ProgramRunner {
         return Handler::WantsStructure ? program.Structure : program.Rendering;
     }
 
-    bool Charge(std::size_t cost) {
-        budget_ -= static_cast<std::int64_t>(cost);
+    bool Charge(std::int64_t cost) {
+        budget_ -= cost;
         return budget_ >= 0;
     }
 
@@ -89,7 +85,8 @@ class ProgramRunner {
 
     bool Run(const Frame& frame) {
         const std::size_t end = ListOf(frame.Code).size();
-        return frame.Depth + frame.Code.Depth <= MaximumDepth && Charge(4 * frame.ValueCount) &&
+        return frame.Depth + frame.Code.Depth <= MaximumDepth &&
+               Charge(InstanceValueCost * static_cast<std::int64_t>(frame.ValueCount)) &&
                RunRange(frame, 0, end, nullptr);
     }
 
@@ -112,8 +109,7 @@ class ProgramRunner {
             } else if (instruction.Code == Operation::Element || instruction.Code == Operation::Attribute) {
                 done = Open(frame, instruction, index);
             } else if (instruction.Code == Operation::SkipIfNull) {
-                if (ValueAt(frame, instruction.Slot).IsNull()) {
-                    done = !IsRoot(frame, instruction);
+                if (ValueAt(frame, instruction.Slot).IsNull() && !IsRoot(frame, instruction)) {
                     index = instruction.End;
                 }
             } else {
@@ -126,6 +122,7 @@ class ProgramRunner {
         return true;
     }
 
+    // The root of an event is there exactly once, whatever its template makes it depend on.
     static bool IsRoot(const Frame& frame, const Instruction& instruction) {
         return frame.Depth == 0 && instruction.Depth == 0;
     }
@@ -143,7 +140,7 @@ class ProgramRunner {
 
     bool AddPiece(const Instruction& instruction) {
         if constexpr (Handler::WantsStructure) {
-            if (!Charge(16 + instruction.Length)) {
+            if (!Charge(16 + std::int64_t{instruction.Length})) {
                 return false;
             }
             handler_.Piece(instruction);
@@ -157,9 +154,9 @@ class ProgramRunner {
         if (instruction.Content != ContentKind::Fixed) {
             const Value& value = ValueAt(frame, instruction.Slot);
             const bool isRoot = instruction.Code == Operation::Element && IsRoot(frame, instruction);
-            if (value.IsNull() && instruction.Content == ContentKind::Optional) {
+            if (value.IsNull() && instruction.Content == ContentKind::Optional && !isRoot) {
                 index = instruction.End;
-                return !isRoot;
+                return true;
             }
             if (value.IsArray && instruction.Code == Operation::Element) {
                 const std::size_t begin = index;
@@ -184,8 +181,7 @@ class ProgramRunner {
     bool Substitute(const Frame& frame, const Instruction& instruction, const RepeatedItem* repeated) {
         const bool isItem = repeated != nullptr && repeated->Slot == instruction.Slot && !instruction.InAttribute;
         const Value& value = isItem ? repeated->Item : ValueAt(frame, instruction.Slot);
-        // The longest text that bytes can become is six characters for each, an escaped 8-bit text.
-        if (!Charge(32 + 6 * std::size_t{value.Size})) {
+        if (!Charge(SubstitutionCost + ValueCost(value.Size))) {
             return false;
         }
         if (!value.IsBinaryXml()) {

@@ -17,7 +17,7 @@ class RenderingMaker {
 
     bool Make() {
         program_.Rendering.clear();
-        program_.Rendering.reserve(program_.Structure.size() / 4);
+        program_.Rendering.reserve(program_.Structure.size() / 2);
         for (std::uint32_t index = 0; index < program_.Structure.size(); ++index) {
             ResolveEnds(index);
             Translate(program_.Structure[index]);
@@ -27,7 +27,9 @@ class RenderingMaker {
         }
         ResolveEnds(static_cast<std::uint32_t>(program_.Structure.size()));
         AddRestOfLiteral();
+        program_.Literals.reserve(literals_.Size() + LiteralPadding);
         program_.Literals.assign(literals_.View());
+        program_.Literals.append(LiteralPadding, '\0');
         return true;
     }
 
@@ -160,7 +162,10 @@ class RenderingMaker {
     }
 
     void Put(std::string_view ascii) { AppendAscii(ascii, literals_); }
-    void PutUtf8(std::string_view utf8) { AppendFinished(utf8, false, literals_); }
+    void PutUtf8(std::string_view utf8) {
+        char* out = literals_.Room(utf8.size());
+        literals_.SetEnd(std::copy(utf8.begin(), utf8.end(), out));
+    }
     void PutTextOf(const Instruction& instruction, Escaping escaping) {
         AppendUtf16Text(TextOf(instruction), escaping, literals_);
     }

@@ -37,22 +37,31 @@ class ScalarWriter {
     ScalarWriter& Decimal(std::uint64_t number) {
         char digits[20];
         std::size_t count = 0;
-        do {
+        while (number > UINT32_MAX) {
             digits[count++] = static_cast<char>('0' + number % 10);
             number /= 10;
-        } while (number != 0);
+        }
+        // Most numbers are small, and divisions of 32 bits faster.
+        auto small = static_cast<std::uint32_t>(number);
+        do {
+            digits[count++] = static_cast<char>('0' + small % 10);
+            small /= 10;
+        } while (small != 0);
         return PutReversed(digits, count);
     }
 
-    // With zeros in front up to `width` digits, at most 10.
+    // With zeros in front up to `width` digits; more digits where the number has more.
     ScalarWriter& Padded(std::uint32_t number, std::size_t width) {
-        char digits[10];
-        std::size_t count = 0;
-        do {
-            digits[count++] = static_cast<char>('0' + number % 10);
-            number /= 10;
-        } while (number != 0 || count < width);
-        return PutReversed(digits, count);
+        std::uint32_t rest = number;
+        for (std::size_t place = width; place > 0; --place) {
+            out_[place - 1] = static_cast<Char>('0' + rest % 10);
+            rest /= 10;
+        }
+        if (rest != 0) {
+            return Decimal(number);
+        }
+        out_ += width;
+        return *this;
     }
 
     ScalarWriter& Hexadecimal(std::uint64_t number) {

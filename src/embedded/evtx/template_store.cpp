@@ -18,14 +18,16 @@ bool ReadValues(ByteReader& reader, std::vector<Value>& values) {
     }
     const std::byte* descriptor = reader.Bytes().data() + reader.Position();
     std::size_t offset = reader.Position() + count * ValueDescriptorSize;
-    for (std::uint32_t index = 0; index < count; ++index, descriptor += ValueDescriptorSize) {
+    const std::size_t first = values.size();
+    values.resize(first + count);
+    for (std::size_t index = first; index < values.size(); ++index, descriptor += ValueDescriptorSize) {
         const std::size_t size = LoadUInt16(descriptor);
         const std::uint8_t type = LoadUInt8(descriptor + 2);
         if (size > reader.End() - offset) {
             return false;
         }
-        values.push_back({static_cast<ValueType>(type & ~ArrayFlag), (type & ArrayFlag) != 0,
-                          static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size)});
+        values[index] = {static_cast<ValueType>(type & ~ArrayFlag), (type & ArrayFlag) != 0,
+                         static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size)};
         offset += size;
     }
     return reader.Skip(offset - reader.Position());
@@ -54,11 +56,15 @@ Program* TemplateStore::ReadInstance(ByteReader& reader, std::vector<Value>& val
 }
 
 Program* TemplateStore::Find(std::uint32_t offset) {
-    const auto found = programs_.find(offset);
-    if (found != programs_.end()) {
-        return found->second.get();
+    RecentProgram& recent = recent_[offset / 2 % recent_.size()];
+    if (recent.Offset != offset) {
+        const auto [entry, isNew] = programs_.try_emplace(offset);
+        if (isNew) {
+            entry->second = Compile(offset);
+        }
+        recent = {offset, entry->second.get()};
     }
-    return programs_.emplace(offset, Compile(offset)).first->second.get();
+    return recent.Found;
 }
 
 std::unique_ptr<Program> TemplateStore::Compile(std::uint32_t offset) {

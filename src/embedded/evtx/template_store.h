@@ -2,6 +2,7 @@
 // Definitions are found by their place alone: the chunk's own table of them may be stale or garbage.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -31,6 +32,12 @@ class TemplateStore {
 
     std::span<const std::byte> chunk_;
     std::unordered_map<std::uint32_t, std::unique_ptr<Program>> programs_;  // none for invalid definitions
+    // The program found last for each of some places: records of a chunk share few templates.
+    struct RecentProgram {
+        std::uint32_t Offset = UINT32_MAX;
+        Program* Found = nullptr;
+    };
+    std::array<RecentProgram, 64> recent_;
     // What definitions may still cost, in bytes read and made: a damaged chunk can refer to as many overlapping ones as
     // it has records, a sound one has each of its bytes in at most one.
     std::size_t allowance_ = std::size_t{4} << 20;

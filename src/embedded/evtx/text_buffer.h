@@ -33,7 +33,7 @@ class TextBuffer {
 
   private:
     void Grow(std::size_t count) {
-        const std::size_t capacity = std::max(capacity_ * 2, size_ + count + 1024);
+        const std::size_t capacity = std::max(capacity_ * 2, size_ + count + 4096);
         std::unique_ptr<Char[]> grown(new Char[capacity]);
         std::copy_n(text_.get(), size_, grown.get());
         text_ = std::move(grown);

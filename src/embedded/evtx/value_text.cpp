@@ -1,5 +1,7 @@
 #include "embedded/evtx/value_text.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -16,89 +18,78 @@ using Bytes = std::span<const std::byte>;
 constexpr std::size_t GuidSize = 16;
 constexpr std::size_t SystemTimeSize = 16;
 
-// Integers are stored in the size of their type; where a writer stored fewer bytes, those are the low ones.
-std::uint64_t LowBytes(Bytes bytes, std::size_t size) {
-    if (bytes.size() >= size) {
-        switch (size) {
-            case 8:
-                return LoadUInt64(bytes.data());
-            case 4:
-                return LoadUInt32(bytes.data());
-            case 2:
-                return LoadUInt16(bytes.data());
-            default:
-                return LoadUInt8(bytes.data());
+enum class IntegerForm : std::uint8_t { None, Unsigned, Signed, Boolean, Hexadecimal, Time };
+
+// What an integer type stores and how it is written; no form for all other types.
+struct IntegerType {
+    IntegerForm Form = IntegerForm::None;
+    std::uint8_t Size = 0;
+};
+
+constexpr auto IntegerTypes = [] {
+    std::array<IntegerType, 256> types{};
+    const auto set = [&types](ValueType type, IntegerForm form, std::uint8_t size) {
+        types[static_cast<std::size_t>(type)] = {form, size};
+    };
+    set(ValueType::Int8, IntegerForm::Signed, 1);
+    set(ValueType::UInt8, IntegerForm::Unsigned, 1);
+    set(ValueType::Int16, IntegerForm::Signed, 2);
+    set(ValueType::UInt16, IntegerForm::Unsigned, 2);
+    set(ValueType::Int32, IntegerForm::Signed, 4);
+    set(ValueType::UInt32, IntegerForm::Unsigned, 4);
+    set(ValueType::Int64, IntegerForm::Signed, 8);
+    set(ValueType::UInt64, IntegerForm::Unsigned, 8);
+    set(ValueType::Boolean, IntegerForm::Boolean, 4);
+    set(ValueType::Size, IntegerForm::Hexadecimal, 8);
+    set(ValueType::FileTime, IntegerForm::Time, 8);
+    set(ValueType::HexInt32, IntegerForm::Hexadecimal, 4);
+    set(ValueType::HexInt64, IntegerForm::Hexadecimal, 8);
+    return types;
+}();
+
+constexpr IntegerType IntegerTypeOf(ValueType type) {
+    return IntegerTypes[static_cast<std::size_t>(type)];
+}
+
+// The bits of a value that is not empty. Where a writer stored fewer bytes than the type has, those are the low ones.
+std::uint64_t IntegerOf(Bytes chunk, const Value& value, IntegerType type) {
+    const std::size_t stored = std::min<std::size_t>(type.Size, value.Size);
+    std::uint64_t number = 0;
+    if (chunk.size() - value.Offset >= sizeof number) {
+        number = LoadUInt64(&chunk[value.Offset]);
+    } else {
+        for (std::size_t index = 0; index < stored; ++index) {
+            number |= std::uint64_t{LoadUInt8(&chunk[value.Offset + index])} << (8 * index);
         }
     }
-    std::uint64_t number = 0;
-    for (std::size_t index = 0; index < bytes.size(); ++index) {
-        number |= std::uint64_t{LoadUInt8(&bytes[index])} << (8 * index);
+    // What follows the value is shifted out; a sign is drawn back in.
+    const auto unused = static_cast<unsigned>(64 - 8 * stored);
+    number <<= unused;
+    if (type.Form == IntegerForm::Signed && stored == type.Size) {
+        return static_cast<std::uint64_t>(static_cast<std::int64_t>(number) >> unused);
     }
-    return number;
-}
-
-std::uint64_t SignExtended(std::uint64_t number, std::size_t size) {
-    const auto unused = static_cast<unsigned>(64 - 8 * size);
-    return static_cast<std::uint64_t>(static_cast<std::int64_t>(number << unused) >> unused);
-}
-
-// The size of an integer type in bytes, 0 for other types.
-std::size_t IntegerSize(ValueType type, std::size_t stored) {
-    switch (type) {
-        case ValueType::Int8:
-        case ValueType::UInt8:
-            return 1;
-        case ValueType::Int16:
-        case ValueType::UInt16:
-            return 2;
-        case ValueType::Int32:
-        case ValueType::UInt32:
-        case ValueType::Boolean:
-        case ValueType::HexInt32:
-            return 4;
-        case ValueType::Int64:
-        case ValueType::UInt64:
-        case ValueType::FileTime:
-        case ValueType::HexInt64:
-            return 8;
-        case ValueType::Size:
-            return stored >= 8 ? 8 : 4;
-        default:
-            return 0;
-    }
-}
-
-bool IsSigned(ValueType type) {
-    return type == ValueType::Int8 || type == ValueType::Int16 || type == ValueType::Int32 || type == ValueType::Int64;
-}
-
-std::uint64_t IntegerOf(ValueType type, Bytes bytes) {
-    const std::size_t size = IntegerSize(type, bytes.size());
-    const std::uint64_t number = LowBytes(bytes, size);
-    return IsSigned(type) && bytes.size() >= size ? SignExtended(number, size) : number;
+    return number >> unused;
 }
 
 template <typename Char>
-void PutInteger(ValueType type, std::uint64_t number, ScalarWriter<Char>& out) {
-    switch (type) {
-        case ValueType::Boolean:
+void PutInteger(IntegerForm form, std::uint64_t number, ScalarWriter<Char>& out) {
+    switch (form) {
+        case IntegerForm::Boolean:
             out.Put(number != 0 ? "true" : "false");
-            return;
-        case ValueType::FileTime:
-            out.FileTime(number);
-            return;
-        case ValueType::Size:
-        case ValueType::HexInt32:
-        case ValueType::HexInt64:
-            out.Put("0x").Hexadecimal(number);
-            return;
-        default:
             break;
-    }
-    if (IsSigned(type) && static_cast<std::int64_t>(number) < 0) {
-        out.Put('-').Decimal(0 - number);
-    } else {
-        out.Decimal(number);
+        case IntegerForm::Time:
+            out.FileTime(number);
+            break;
+        case IntegerForm::Hexadecimal:
+            out.Put("0x").Hexadecimal(number);
+            break;
+        default:
+            if (form == IntegerForm::Signed && static_cast<std::int64_t>(number) < 0) {
+                out.Put('-');
+                number = 0 - number;
+            }
+            out.Decimal(number);
+            break;
     }
 }
 
@@ -116,13 +107,9 @@ void PutFloat(Number number, ScalarWriter<Char>& out) {
     }
 }
 
-// Writes a value that has a short text; false when its bytes are not a value of its type.
+// Writes a structured value that has a short text; false when its bytes are not a value of its type.
 template <typename Char>
 bool PutScalar(ValueType type, Bytes bytes, ScalarWriter<Char>& out) {
-    if (IntegerSize(type, bytes.size()) != 0) {
-        PutInteger(type, IntegerOf(type, bytes), out);
-        return true;
-    }
     if (type == ValueType::Float && bytes.size() >= sizeof(float)) {
         PutFloat(std::bit_cast<float>(LoadUInt32(bytes.data())), out);
     } else if (type == ValueType::Double && bytes.size() >= sizeof(double)) {
@@ -152,29 +139,26 @@ void AppendBytes(Bytes bytes, TextBuffer<Char>& text) {
 
 template <typename Char>
 void AppendItemText(std::span<const std::byte> chunk, const Value& value, Escaping escaping, TextBuffer<Char>& text) {
-    const Bytes bytes = chunk.subspan(value.Offset, value.Size);
-    switch (value.Type) {
-        case ValueType::Null:
-        case ValueType::BinaryXml:
-            return;
-        case ValueType::Text:
-            AppendUtf16Text(TextBytes(chunk, value), escaping, text);
-            return;
-        case ValueType::AnsiText:
-            AppendAnsiText(TextBytes(chunk, value), escaping, text);
-            return;
-        default:
-            break;
+    if (value.Type == ValueType::Text) {
+        AppendUtf16Text(TextBytes(chunk, value), escaping, text);
+        return;
     }
-    if (bytes.empty()) {
+    if (value.Size == 0 || value.IsNull() || value.Type == ValueType::BinaryXml) {
+        return;
+    }
+    if (value.Type == ValueType::AnsiText) {
+        AppendAnsiText(TextBytes(chunk, value), escaping, text);
         return;
     }
     ScalarWriter<Char> out(text.Room(LongestScalar));
-    if (PutScalar(value.Type, bytes, out)) {
-        text.SetEnd(out.End());
-    } else {
+    const Bytes bytes = chunk.subspan(value.Offset, value.Size);
+    if (const IntegerType type = IntegerTypeOf(value.Type); type.Form != IntegerForm::None) {
+        PutInteger(type.Form, IntegerOf(chunk, value, type), out);
+    } else if (!PutScalar(value.Type, bytes, out)) {
         AppendBytes(bytes, text);
+        return;
     }
+    text.SetEnd(out.End());
 }
 
 }  // namespace
@@ -206,10 +190,11 @@ std::span<const std::byte> TextBytes(std::span<const std::byte> chunk, const Val
 }
 
 bool IntegerBits(std::span<const std::byte> chunk, const Value& value, std::uint64_t& bits) {
-    if (value.IsArray || value.Size == 0 || IntegerSize(value.Type, value.Size) == 0) {
+    const IntegerType type = IntegerTypeOf(value.Type);
+    if (value.IsArray || value.Size == 0 || type.Form == IntegerForm::None) {
         return false;
     }
-    bits = IntegerOf(value.Type, chunk.subspan(value.Offset, value.Size));
+    bits = IntegerOf(chunk, value, type);
     return true;
 }
 

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstring>
 
 #include "embedded/evtx/byte_reader.h"
 #include "embedded/evtx/xml_characters.h"
@@ -183,19 +182,7 @@ void AppendAscii(std::string_view ascii, TextBuffer<Char>& text) {
     text.SetEnd(PutAscii(ascii, text.Room(ascii.size())));
 }
 
-template <>
-void AppendFinished(std::string_view utf8, bool, TextBuffer<char>& text) {
-    char* out = text.Room(utf8.size());
-    std::memcpy(out, utf8.data(), utf8.size());
-    text.SetEnd(out + utf8.size());
-}
-
-template <>
-void AppendFinished(std::string_view utf8, bool ascii, TextBuffer<wchar_t>& text) {
-    if (ascii) {
-        AppendAscii(utf8, text);
-        return;
-    }
+void AppendWideLiteral(std::string_view utf8, TextBuffer<wchar_t>& text) {
     wchar_t* out = text.Room(utf8.size());
     for (std::size_t index = 0; index < utf8.size();) {
         const auto lead = static_cast<unsigned char>(utf8[index++]);

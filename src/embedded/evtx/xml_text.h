@@ -2,7 +2,10 @@
 // (control characters, half surrogates) become U+FFFD when escaping, and are kept otherwise.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstring>
 #include <span>
 #include <string_view>
 
@@ -32,8 +35,29 @@ void AppendCharacter(char32_t character, Escaping escaping, TextBuffer<Char>& te
 template <typename Char>
 void AppendAscii(std::string_view ascii, TextBuffer<Char>& text);
 
+// Literals are copied in blocks of this size, so this many bytes must be readable behind each.
+inline constexpr std::size_t LiteralPadding = 32;
+
+// Finished XML in valid UTF-8 that is not all below 128, as wide text.
+void AppendWideLiteral(std::string_view utf8, TextBuffer<wchar_t>& text);
+
 // Finished XML in valid UTF-8. `ascii` says that all of it is below 128.
 template <typename Char>
-void AppendFinished(std::string_view utf8, bool ascii, TextBuffer<Char>& text);
+inline void AppendLiteral(std::string_view utf8, [[maybe_unused]] bool ascii, TextBuffer<Char>& text) {
+    if constexpr (sizeof(Char) != 1) {
+        if (!ascii) {
+            AppendWideLiteral(utf8, text);
+            return;
+        }
+    }
+    // Most literals are short: whole blocks of a fixed size are faster than the exact number of characters.
+    Char* out = text.Room(utf8.size() + LiteralPadding);
+    for (std::size_t begin = 0; begin < utf8.size(); begin += LiteralPadding) {
+        std::array<char, LiteralPadding> block;
+        std::memcpy(block.data(), utf8.data() + begin, block.size());
+        std::copy(block.begin(), block.end(), out + begin);
+    }
+    text.SetEnd(out + utf8.size());
+}
 
 }  // namespace corvina::evtx
