@@ -1,4 +1,4 @@
-// Identifiers of the program's resources apart from its menus. Also included by the resource script: plain definitions only.
+// Identifiers of the resources apart from the menus. Also included by the resource script: plain definitions only.
 #pragma once
 
 #define CORVINA_STRING_WINDOW_CLASS 109

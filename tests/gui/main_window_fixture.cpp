@@ -11,11 +11,20 @@ namespace {
 constexpr UINT MenuHandleMessage = 0x01E1;  // MN_GETHMENU: the menu that a menu window shows
 const std::wstring WindowClass = L"CorvinaMainWindowUnderTest";
 
-// What the timer of WhileModal runs; timers of a thread have no place for a pointer.
+// What the timer of WhileModal runs, and how often it still may; timers of a thread have no place for a pointer.
 std::function<bool()>* modalAction = nullptr;
+int triesLeft = 0;
 
 void CALLBACK RunModalAction(HWND, UINT, UINT_PTR timer, DWORD) {
-    if (modalAction != nullptr && (*modalAction)()) {
+    if (modalAction == nullptr) {
+        return;
+    }
+    if (--triesLeft == 0) {
+        // Something else than expected is open; the test fails instead of waiting for ever.
+        KillTimer(nullptr, timer);
+        EndMenu();
+        PostMessageW(GetActiveWindow(), WM_COMMAND, IDCANCEL, 0);
+    } else if ((*modalAction)()) {
         modalAction = nullptr;
         KillTimer(nullptr, timer);
     }
@@ -70,7 +79,7 @@ void MainWindowTest::Start() {
     const HINSTANCE instance = GetModuleHandleW(nullptr);
     window_ = std::make_unique<MainWindow>(
         MainWindowArguments{.Instance = instance, .System = ports_, .Created = {}, .EndProcess = [this] { ++Ended; }});
-    ASSERT_TRUE(MainWindow::RegisterClass(instance, WindowClass));
+    ASSERT_TRUE(MainWindow::RegisterOwnClass(instance, WindowClass));
     ASSERT_TRUE(window_->Create(WindowClass, L"Corvina"));
     ASSERT_FALSE(Debug.Lines.empty());
     ASSERT_EQ(Debug.Lines.back(), L"Corvina is ready\n");
@@ -223,6 +232,7 @@ void MainWindowTest::PressKey(WORD virtualKey) {
 void MainWindowTest::WhileModal(const std::function<void()>& open, const std::function<bool()>& action) {
     std::function<bool()> once = action;
     modalAction = &once;
+    triesLeft = 200;
     const UINT_PTR timer = SetTimer(nullptr, 0, 50, RunModalAction);
     open();
     Pump();

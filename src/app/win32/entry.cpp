@@ -63,7 +63,7 @@ int RunProgram(HINSTANCE instance, int showCommand) {
                        .System = ports,
                        .Created = [&boxes](HWND handle) { boxes.SetOwner(handle); },
                        .EndProcess = [] { ExitProcess(ExitStatusOfClose); }});
-    if (!MainWindow::RegisterClass(instance, className) || !window.Create(className, title)) {
+    if (!MainWindow::RegisterOwnClass(instance, className) || !window.Create(className, title)) {
         return 0;
     }
     ShowWindow(window.Handle(), FittingShowCommand(window.Handle(), showCommand));

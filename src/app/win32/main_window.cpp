@@ -36,7 +36,7 @@ MainWindow::~MainWindow() {
     }
 }
 
-bool MainWindow::RegisterClass(HINSTANCE instance, const std::wstring& className) {
+bool MainWindow::RegisterOwnClass(HINSTANCE instance, const std::wstring& className) {
     WNDCLASSEXW description{};
     description.style = CS_HREDRAW | CS_VREDRAW;
     description.hInstance = instance;

@@ -37,7 +37,7 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     ~MainWindow() override;
 
     // Registers the window's class under a name out of the resources.
-    static bool RegisterClass(HINSTANCE instance, const std::wstring& className);
+    static bool RegisterOwnClass(HINSTANCE instance, const std::wstring& className);
 
     // Creates the window with everything in it; false when the system refuses.
     bool Create(const std::wstring& className, const std::wstring& title);
