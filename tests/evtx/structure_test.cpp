@@ -153,6 +153,8 @@ TEST_F(Structure, InvalidTokensMakeTheRecordDamaged) {
     EXPECT_TRUE(isDamaged([](Tokens& t) { t.TextElement("", u"", None); })) << "no name";
     EXPECT_TRUE(isDamaged([](Tokens& t) { t.TextElement("a b", u"", None); })) << "not a name";
     EXPECT_TRUE(isDamaged([](Tokens& t) { t.TextElement(std::string(300, 'n'), u"", None); })) << "endless name";
+    EXPECT_TRUE(isDamaged([](Tokens& t) { t.TextElement("Ev\xE2\xBC\x81nt", u"", None); }))
+        << "a letter in some editions of XML only";
     EXPECT_TRUE(isDamaged([](Tokens& t) {
         t.Open("Event", None).Attribute("a").Text(u"1").Attribute("a").Text(u"2").CloseEmpty();
     })) << "attribute twice";

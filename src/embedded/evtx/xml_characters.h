@@ -1,4 +1,5 @@
-// Which characters XML allows in texts and names. Source: the definition of XML 1.0, fifth edition.
+// Which characters XML allows in texts and names. Source: the definition of XML 1.0, of whose
+// editions the strictest counts.
 #pragma once
 
 #include <cstddef>
