@@ -1,5 +1,9 @@
 # Third-party libraries. Nothing of them is in the repository: the set-up installs Debian's packages, and cross builds
 # compile pugixml from Debian's source package because no installed library exists for Windows.
+if(WIN32)
+  # The program is one file: no library may have to lie beside it.
+  set(ZLIB_USE_STATIC_LIBS ON)
+endif()
 find_package(ZLIB REQUIRED)
 
 if(EXISTS "${CORVINA_PUGIXML_SOURCE}/src/pugixml.cpp" AND (CMAKE_CROSSCOMPILING OR CORVINA_SANITIZE OR CORVINA_FUZZ))
