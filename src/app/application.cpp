@@ -1,11 +1,13 @@
 #include "app/application.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "app/application_state.h"
 #include "app/channel_state.h"
 #include "app/command_ids.h"
 #include "app/focus_ring.h"
+#include "app/node_path.h"
 #include "app/saved_logs.h"
 #include "app/setting_text.h"
 #include "app/start_up.h"
@@ -36,7 +38,7 @@ void Application::SelectNamedNode() {
     if (path.empty()) {
         return;
     }
-    const NodeId node = state_->Tree.FindByPath(path);
+    const NodeId node = state_->Tree.FindByPath(NodePathInLanguage(path, state_->Language));
     if (node == NodeId::None) {
         state_->System.Debug.Write(FormatText(L"No node %s to select\n", {path}));
         return;
@@ -254,10 +256,15 @@ void Application::RemoveSelectedSavedLog() {
 
 void Application::RemoveSelectedRows() {
     const MainWindowView& window = state_->Shown.Window;
+    const std::size_t firstRemoved = window.SelectedRow().value_or(0);
     state_->Rows.EraseIf([&window](std::size_t row) { return window.IsRowSelected(row); });
-    state_->Shown.Load.SetRowCount(state_->Rows.Size());
-    // The same place in the list may now hold another event.
-    RowSelectionChanged();
+    LoadView& list = state_->Shown.Load;
+    // The control remembers selected places, not events: without this the next removal would take rows nobody chose.
+    list.ClearList();
+    list.SetRowCount(state_->Rows.Size());
+    if (state_->Rows.Size() > 0) {
+        list.SelectRow(std::min(firstRemoved, state_->Rows.Size() - 1));
+    }
 }
 
 void Application::ChooseColumns() {

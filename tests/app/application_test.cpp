@@ -91,6 +91,9 @@ TEST_F(RunningApplicationTest, SelectedRowsAreRemovedFromTheListOnly) {
     app_->Command(CORVINA_ID_REMOVE_ROWS);
     EXPECT_EQ(CellTexts(EventIdPosition), (std::vector<std::wstring>{L"4", L"2"}));
     EXPECT_NE(details_.Xml.find(L"<EventRecordID>4</EventRecordID>"), std::wstring::npos);
+    window_.Selection = {1};
+    app_->Command(CORVINA_ID_REMOVE_ROWS);
+    EXPECT_EQ(window_.Selection, std::vector<std::size_t>{0}) << "the last row went, so the one before it is next";
     EXPECT_TRUE(Release(F5Key));
     EXPECT_EQ(load_.RowCount, 5U);
 }

@@ -6,6 +6,7 @@
 
 #include "app/application_fixture.h"
 #include "app/command_ids.h"
+#include "app/node_path.h"
 
 namespace corvina {
 namespace {
@@ -141,6 +142,18 @@ TEST_F(StartUpTest, TheNamedNodeIsSelectedAndLoaded) {
     EXPECT_EQ(load_.RowCount, 5U);
     EXPECT_EQ(load_.ListCaption, L"System has 5 events");
     EXPECT_EQ(debug_.Lines.back(), L"Corvina is ready\n");
+}
+
+TEST_F(StartUpTest, NodesAreNamedInEnglishInEveryLanguage) {
+    AddLog(L"System", 5);
+    settings_.Set(L"Options", L"Language", L"0");
+    settings_.Set(L"EventStore", L"Select", L"Windows Logs/System");
+    app_->Create();
+    EXPECT_EQ(tree_.Selected, Node(L"Windows-Protokolle/System"));
+    EXPECT_EQ(load_.RowCount, 5U);
+    const i18n::Language german(i18n::German);
+    EXPECT_NE(Node(NodePathInLanguage(L"Extras/Merge All Channels", german)), NodeId::None);
+    EXPECT_NE(Node(NodePathInLanguage(L"Application and Service Logs/Microsoft/Windows", german)), NodeId::None);
 }
 
 TEST_F(StartUpTest, AnUnknownNodeIsOnlyNoted) {

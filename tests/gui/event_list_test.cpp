@@ -122,6 +122,7 @@ TEST_F(EventList, RemovedRowsLeaveTheViewUntilItIsReloaded) {
         left.push_back(Cell(row, RecordIdColumn));
     }
     EXPECT_EQ(left, (std::vector<std::wstring>{L"11", L"10", L"7", L"6"}));
+    EXPECT_EQ(SelectedRowNumbers(), std::vector<int>{0}) << "rows that nobody chose are selected";
     SetFocus(ListControl());
     PressKey(VK_F5);
     EXPECT_EQ(RowCount(), 12);

@@ -75,7 +75,7 @@ TEST(Publisher, KeywordsGiveTheirTextsOnce) {
 TEST(StandardValues, AreKnownWithoutAProvider) {
     EXPECT_EQ(StandardLevelText(1), L"Critical");
     EXPECT_EQ(StandardLevelText(5), L"Verbose");
-    EXPECT_EQ(StandardLevelText(0), std::nullopt);
+    EXPECT_EQ(StandardLevelText(0), L"Information");
     EXPECT_EQ(StandardLevelText(6), std::nullopt);
     EXPECT_EQ(StandardOpcodeText(0), L"Info");
     EXPECT_EQ(StandardOpcodeText(3), L"DCStart");

@@ -10,9 +10,10 @@ namespace corvina::publisher {
 
 namespace {
 
+// Events that are always logged, audits among them, count as information.
 constexpr StandardValue Levels[] = {
-    {"win:LogAlways", 0, L""},      {"win:Critical", 1, L"Critical"},         {"win:Error", 2, L"Error"},
-    {"win:Warning", 3, L"Warning"}, {"win:Informational", 4, L"Information"}, {"win:Verbose", 5, L"Verbose"},
+    {"win:LogAlways", 0, L"Information"}, {"win:Critical", 1, L"Critical"},         {"win:Error", 2, L"Error"},
+    {"win:Warning", 3, L"Warning"},       {"win:Informational", 4, L"Information"}, {"win:Verbose", 5, L"Verbose"},
 };
 
 constexpr StandardValue Tasks[] = {{"win:None", 0, L""}};
