@@ -3,8 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "base/path_text.h"
 #include "embedded/fold_case.h"
-#include "embedded/path_text.h"
 
 namespace corvina::embedded {
 namespace {

@@ -1,9 +1,9 @@
 // Operations of the embedded event log on channels and on logs as wholes.
 #include <span>
 
+#include "base/path_text.h"
 #include "embedded/channel_properties.h"
 #include "embedded/embedded_state.h"
-#include "embedded/path_text.h"
 #include "embedded/variant_row.h"
 
 namespace corvina::embedded {

@@ -1,6 +1,6 @@
 #include "embedded/channel_properties.h"
 
-#include "embedded/path_text.h"
+#include "base/path_text.h"
 #include "embedded/variant_row.h"
 
 namespace corvina::embedded {

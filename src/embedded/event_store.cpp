@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <system_error>
 
+#include "base/path_text.h"
 #include "embedded/fold_case.h"
-#include "embedded/path_text.h"
 #include "platform/error_codes.h"
 
 namespace corvina::embedded {

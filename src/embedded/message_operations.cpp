@@ -1,7 +1,7 @@
 // Operations of the embedded event log on publishers and messages.
+#include "base/path_text.h"
 #include "embedded/embedded_state.h"
 #include "embedded/event_messages.h"
-#include "embedded/path_text.h"
 #include "embedded/variant_row.h"
 
 namespace corvina::embedded {

@@ -1,6 +1,6 @@
 // Operations of the embedded event log on queries and their events.
+#include "base/path_text.h"
 #include "embedded/embedded_state.h"
-#include "embedded/path_text.h"
 #include "embedded/system_row.h"
 #include "embedded/variant_row.h"
 #include "embedded/xpath/filter.h"

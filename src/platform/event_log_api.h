@@ -1,11 +1,11 @@
-// The port to the event log: one function per operation of the Windows Event Log API, with the platform's name, arguments,
-// buffers and error reporting. There are two implementations: the system's own service (platform/win32) and the embedded
-// event log over folders of .evtx files. Logic knows only this interface.
+// The port to the event log: one function per operation of the Windows Event Log API, with the platform's name,
+// arguments, buffers and error reporting. There are two implementations: the system's own service (platform/win32) and
+// the embedded event log over folders of .evtx files. Logic knows only this interface.
 //
-// A function that fails returns FALSE or a null handle and leaves the reason in GetLastError(); a function that succeeds
-// leaves the last error unspecified. Functions that fill a buffer fail with error::InsufficientBuffer (122) when it is too
-// small and report the size needed: in characters with the closing zero for texts, in bytes for EvtRender and all property
-// functions.
+// A function that fails returns FALSE or a null handle and leaves the reason in GetLastError(); a function that
+// succeeds leaves the last error unspecified. Functions that fill a buffer fail with error::InsufficientBuffer (122)
+// when it is too small and report the size needed: in characters with the closing zero for texts, in bytes for
+// EvtRender and all property functions.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,8 @@ class EventLogApi {
 
     virtual std::uint32_t GetLastError() const = 0;
 
-    // Sessions. `login` points to an EVT_RPC_LOGIN for login class EvtRpcLogin. A null session stands for this computer.
+    // Sessions. `login` points to an EVT_RPC_LOGIN for login class EvtRpcLogin. A null session stands for this
+    // computer.
     virtual EVT_HANDLE EvtOpenSession(EVT_LOGIN_CLASS loginClass, PVOID login, DWORD timeout, DWORD flags) = 0;
     virtual BOOL EvtClose(EVT_HANDLE object) = 0;
 
@@ -61,8 +62,7 @@ class EventLogApi {
     virtual EVT_HANDLE EvtOpenEventMetadataEnum(EVT_HANDLE publisherMetadata, DWORD flags) = 0;
     virtual EVT_HANDLE EvtNextEventMetadata(EVT_HANDLE eventMetadataEnum, DWORD flags) = 0;
     virtual BOOL EvtGetEventMetadataProperty(EVT_HANDLE eventMetadata, EVT_EVENT_METADATA_PROPERTY_ID property,
-                                             DWORD flags, DWORD bufferSize, EVT_VARIANT* buffer,
-                                             DWORD* bufferUsed) = 0;
+                                             DWORD flags, DWORD bufferSize, EVT_VARIANT* buffer, DWORD* bufferUsed) = 0;
 
     // Log files: information, export and clearing.
     virtual EVT_HANDLE EvtOpenLog(EVT_HANDLE session, LPCWSTR path, DWORD flags) = 0;

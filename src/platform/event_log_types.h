@@ -223,7 +223,12 @@ enum EVT_CHANNEL_CONFIG_PROPERTY_ID {
     EvtChannelConfigPropertyIdEND
 };
 
-enum EVT_CHANNEL_TYPE { EvtChannelTypeAdmin = 0, EvtChannelTypeOperational, EvtChannelTypeAnalytic, EvtChannelTypeDebug };
+enum EVT_CHANNEL_TYPE {
+    EvtChannelTypeAdmin = 0,
+    EvtChannelTypeOperational,
+    EvtChannelTypeAnalytic,
+    EvtChannelTypeDebug
+};
 
 enum EVT_CHANNEL_ISOLATION_TYPE {
     EvtChannelIsolationTypeApplication = 0,

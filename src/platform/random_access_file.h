@@ -1,5 +1,5 @@
-// Reading a file at any place, and nothing else. The file may be open in other programs and may change or shrink while it
-// is open here: reads then return what is there, or less.
+// Reading a file at any place, and nothing else. The file may be open in other programs and may change or shrink while
+// it is open here: reads then return what is there, or less.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +21,8 @@ class RandomAccessFile {
     virtual std::uint64_t Size() const = 0;
 };
 
-// Opens a file for shared reading. Returns none and the operating system's error code (2, 3, 5 ...) in `error` on failure.
-// A folder is refused with error::AccessDenied.
+// Opens a file for shared reading. Returns none and the operating system's error code (2, 3, 5 ...) in `error` on
+// failure. A folder is refused with error::AccessDenied.
 std::unique_ptr<RandomAccessFile> OpenRandomAccessFile(const std::filesystem::path& path, std::uint32_t& error);
 
 }  // namespace corvina

@@ -1,4 +1,5 @@
-// The port to the settings file: an INI file that is read and written key by key, every write going straight to the file.
+// The port to the settings file: an INI file that is read and written key by key, every write going straight to the
+// file.
 #pragma once
 
 #include <string>
@@ -12,8 +13,8 @@ class SettingsStore {
   public:
     virtual ~SettingsStore() = default;
 
-    // The value of a key, or `defaultValue` when the section or key is missing. Values are cut to 259 characters; blanks
-    // around a value and one pair of quotes around it are taken off, as the platform's profile functions do.
+    // The value of a key, or `defaultValue` when the section or key is missing. Values are cut to 259 characters;
+    // blanks around a value and one pair of quotes around it are taken off, as the platform's profile functions do.
     virtual std::wstring ReadSetting(std::wstring_view section, std::wstring_view key,
                                      std::wstring_view defaultValue) const = 0;
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/calendar.h"
+#include "base/path_text.h"
 #include "base/utf.h"
 #include "embedded/evtx/log_file_writer.h"
 #include "embedded/samples/sample_catalog.h"
@@ -54,22 +55,6 @@ std::uint32_t WriteLog(const std::filesystem::path& path, SampleEventSource& sou
     return writer.Finish();
 }
 
-std::filesystem::path PathFromWide(std::wstring_view text) {
-#ifdef _WIN32
-    return std::filesystem::path(text);
-#else
-    return std::filesystem::path(Utf8FromWide(text));
-#endif
-}
-
-std::wstring WideFromPath(const std::filesystem::path& path) {
-#ifdef _WIN32
-    return path.wstring();
-#else
-    return WideFromUtf8(path.string());
-#endif
-}
-
 // "Vendor-Product/Kind" as "Vendor-Product%4Kind.evtx".
 std::filesystem::path LogFileName(std::wstring_view channel) {
     std::wstring name;
@@ -80,7 +65,7 @@ std::filesystem::path LogFileName(std::wstring_view channel) {
             name += character;
         }
     }
-    return PathFromWide(name + L".evtx");
+    return PathFromText(name + L".evtx");
 }
 
 bool WriteTextFile(const std::filesystem::path& path, const std::string& text) {
@@ -129,7 +114,7 @@ bool WriteLogs(const ComputerJob& job, std::wstring& problem) {
         SampleEventSource source(channel.Path, job.Name, job.Seed);
         if (const std::uint32_t failure = WriteLog(path, source, events); failure != 0) {
             problem =
-                L"The log " + WideFromPath(path) + L" could not be written (error " + std::to_wstring(failure) + L").";
+                L"The log " + TextOfPath(path) + L" could not be written (error " + std::to_wstring(failure) + L").";
             return false;
         }
     }
@@ -141,19 +126,19 @@ bool WriteComputer(const ComputerJob& job, std::wstring& problem) {
     std::error_code failure;
     std::filesystem::create_directories(publishers, failure);
     if (failure) {
-        problem = L"The folder " + WideFromPath(publishers) + L" could not be made.";
+        problem = L"The folder " + TextOfPath(publishers) + L" could not be made.";
         return false;
     }
     for (const SampleProvider& provider : Providers()) {
-        const std::filesystem::path path = publishers / PathFromWide(std::wstring(provider.Name) + L".man");
+        const std::filesystem::path path = publishers / PathFromText(std::wstring(provider.Name) + L".man");
         if (!WriteTextFile(path, ManifestText(provider))) {
-            problem = L"The file " + WideFromPath(path) + L" could not be written.";
+            problem = L"The file " + TextOfPath(path) + L" could not be written.";
             return false;
         }
     }
     const std::filesystem::path settings = job.Folder / "channels.ini";
     if (!WriteTextFile(settings, ChannelSettings())) {
-        problem = L"The file " + WideFromPath(settings) + L" could not be written.";
+        problem = L"The file " + TextOfPath(settings) + L" could not be written.";
         return false;
     }
     return WriteLogs(job, problem);
@@ -209,11 +194,11 @@ bool IsFree(const std::filesystem::path& folder, std::wstring& problem) {
         return true;
     }
     if (!std::filesystem::is_directory(status)) {
-        problem = WideFromPath(folder) + L" is a file, not a folder.";
+        problem = TextOfPath(folder) + L" is a file, not a folder.";
         return false;
     }
     if (!std::filesystem::is_empty(folder, failure) || failure) {
-        problem = L"The folder " + WideFromPath(folder) + L" is not empty.";
+        problem = L"The folder " + TextOfPath(folder) + L" is not empty.";
         return false;
     }
     return true;
@@ -232,19 +217,19 @@ bool WriteStore(std::filesystem::path folder, const SampleStoreOptions& options,
     }
     UnfinishedFolder unfinished(folder);
     if (!unfinished.Create()) {
-        problem = L"No folder can be made beside " + WideFromPath(folder) + L".";
+        problem = L"No folder can be made beside " + TextOfPath(folder) + L".";
         return false;
     }
     for (std::uint32_t index = 0; index < options.Computers; ++index) {
         const std::wstring name = SampleComputerName(index);
         const std::wstring eventName = index == 0 ? std::wstring(LocalComputer) : name;
-        if (!WriteComputer({unfinished.Path() / PathFromWide(name), eventName, options.Events, options.Seed},
+        if (!WriteComputer({unfinished.Path() / PathFromText(name), eventName, options.Events, options.Seed},
                            problem)) {
             return false;
         }
     }
     if (!unfinished.Commit()) {
-        problem = L"The folder " + WideFromPath(folder) + L" could not be made.";
+        problem = L"The folder " + TextOfPath(folder) + L" could not be made.";
         return false;
     }
     return true;

@@ -6,11 +6,11 @@
 #include <string>
 #include <string_view>
 
-namespace corvina::embedded {
+namespace corvina {
 
 std::wstring TextOfPath(const std::filesystem::path& path);
 
 // Both "/" and "\" separate folders, on every system.
 std::filesystem::path PathFromText(std::wstring_view text);
 
-}  // namespace corvina::embedded
+}  // namespace corvina

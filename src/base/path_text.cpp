@@ -1,11 +1,11 @@
-#include "embedded/path_text.h"
+#include "base/path_text.h"
 
 #include <algorithm>
 #include <type_traits>
 
 #include "base/utf.h"
 
-namespace corvina::embedded {
+namespace corvina {
 
 std::wstring TextOfPath(const std::filesystem::path& path) {
     if constexpr (std::is_same_v<std::filesystem::path::value_type, wchar_t>) {
@@ -25,4 +25,4 @@ std::filesystem::path PathFromText(std::wstring_view text) {
     }
 }
 
-}  // namespace corvina::embedded
+}  // namespace corvina
