@@ -50,7 +50,7 @@ void Application::Close() {
     if (state_->Logs) {
         state_->Logs->Session.Close();
     }
-    if (state_->HasControls) {
+    if (state_->IsStarted) {
         SaveMainSettings(*state_->Settings, state_->Columns, state_->Shown.Window);
     }
 }

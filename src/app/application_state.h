@@ -38,8 +38,10 @@ struct Application::State {
     LogTree Tree;
     std::unique_ptr<LogObjects> Logs;  // null before the event log is opened
 
-    // The window is complete enough for its settings to be worth saving.
     bool HasControls = false;
+    // The window stands where the settings say. A message box during the start lets a close request through: saving
+    // then would put the window's first, arbitrary place in the settings.
+    bool IsStarted = false;
 
     // Saved logs that were selected and whose nodes may have been found to be without a file: node and key.
     std::vector<std::pair<NodeId, std::wstring>> VisitedSavedLogs;

@@ -46,6 +46,7 @@ void StartUp::Run() {
     if (EnablePrivileges()) {
         FinishWindow();
     }
+    state_.IsStarted = true;
 }
 
 void StartUp::CreateFolders() {

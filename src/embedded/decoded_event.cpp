@@ -4,7 +4,7 @@ namespace corvina::embedded {
 namespace {
 
 // Memory for texts is kept from event to event, up to this many characters.
-constexpr std::size_t KeptXmlLength = 256 * 1024;
+constexpr std::size_t KeptXmlLength = std::size_t{256} * 1024;
 
 }  // namespace
 

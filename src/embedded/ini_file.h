@@ -12,7 +12,7 @@
 namespace corvina::embedded {
 
 // Larger files are refused: a thousand channels take some 100 KB.
-inline constexpr std::size_t MaximumIniFileSize = 4 * 1024 * 1024;
+inline constexpr std::size_t MaximumIniFileSize = std::size_t{4} * 1024 * 1024;
 
 struct IniSection {
     std::wstring Name;

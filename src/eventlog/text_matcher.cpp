@@ -1,6 +1,7 @@
 #include "eventlog/text_matcher.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace corvina {
 
@@ -58,7 +59,7 @@ unsigned UpperCaseOfOther(unsigned character) {
 }  // namespace
 
 wchar_t UpperCase(wchar_t character) {
-    const auto code = static_cast<unsigned>(character);
+    const unsigned code = static_cast<std::make_unsigned_t<wchar_t>>(character);
     if (code < 0x80) {
         return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(code - 0x20) : character;
     }

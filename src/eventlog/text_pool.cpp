@@ -9,6 +9,9 @@ namespace corvina {
 
 namespace {
 
+// Texts end with a zero character, the empty one too.
+constexpr std::wstring_view NoText = L"";
+
 constexpr std::size_t FirstTableSize = 1024;  // a power of two, as every later size
 
 std::uint64_t RandomSeed() {
@@ -59,10 +62,10 @@ wchar_t* TextPool::Place(std::uint32_t reference) const {
 std::wstring_view TextPool::Text(TextReference reference) const {
     const auto place = static_cast<std::uint32_t>(reference);
     if (place == 0) {
-        return {L"", 0};
+        return NoText;
     }
     if (place / BlockUnits >= blocks_.size() || blocks_[place / BlockUnits] == nullptr) {
-        return {L"", 0};
+        return NoText;
     }
     const wchar_t* start = Place(place);
     std::uint32_t length = 0;

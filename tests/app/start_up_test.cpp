@@ -196,6 +196,17 @@ TEST_F(StartUpTest, EarlyCallsOfTheWindowFindNothing) {
     EXPECT_TRUE(settings_.Writes.empty());
 }
 
+// A message box of the start has a message loop of its own, in which the user may close the window below it.
+TEST_F(StartUpTest, ACloseInTheMiddleOfTheStartKeepsTheSavedGeometry) {
+    settings_.Set(L"Corvina", L"MainWindowLeft", L"77");
+    factory_.OnOpen = [this](test::FailingEventLog&) { app_->Close(); };
+    app_->Create();
+    EXPECT_EQ(settings_.Value(L"Corvina", L"MainWindowLeft"), L"77");
+    EXPECT_EQ(std::count(settings_.Writes.begin(), settings_.Writes.end(), L"nHSplitPos=250"), 0);
+    app_->Close();
+    EXPECT_EQ(std::count(settings_.Writes.begin(), settings_.Writes.end(), L"nHSplitPos=250"), 1);
+}
+
 TEST_F(StartUpTest, CloseEndsTheSessionAndSaves) {
     AddLog(L"Application", 1);
     app_->Create();
