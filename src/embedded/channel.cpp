@@ -4,13 +4,11 @@
 #include <utility>
 
 #include "base/path_text.h"
+#include "embedded/evtx/channel_file_name.h"
 #include "embedded/fold_case.h"
 
 namespace corvina::embedded {
 namespace {
-
-constexpr std::wstring_view LogExtension = L".evtx";
-constexpr std::wstring_view EncodedSlash = L"%4";
 
 constexpr std::array<std::pair<std::wstring_view, EVT_CHANNEL_TYPE>, 4> TypeNames{{
     {L"Admin", EvtChannelTypeAdmin},
@@ -56,7 +54,7 @@ std::optional<EVT_CHANNEL_TYPE> ParseType(std::wstring_view text) {
 Channel MakeChannel(std::wstring path, const std::filesystem::path& folder) {
     Channel channel;
     channel.FoldedPath = FoldCase(path);
-    channel.File = folder / PathFromText(FileNameOfChannelPath(path));
+    channel.File = folder / PathFromText(evtx::FileNameOfChannelPath(path));
     const std::size_t slash = path.rfind(L'/');
     if (slash == std::wstring::npos) {
         // The two logs without a kind that came with the present event log.
@@ -85,28 +83,16 @@ void ApplySettings(const IniSection& section, Channel& channel) {
 }
 
 std::optional<std::wstring> ChannelPathOfFileName(std::wstring_view fileName) {
-    if (fileName.size() <= LogExtension.size() ||
-        !EqualWithoutCase(fileName.substr(fileName.size() - LogExtension.size()), LogExtension)) {
+    if (fileName.size() <= evtx::LogExtension.size() ||
+        !EqualWithoutCase(fileName.substr(fileName.size() - evtx::LogExtension.size()), evtx::LogExtension)) {
         return std::nullopt;
     }
-    std::wstring path(fileName.substr(0, fileName.size() - LogExtension.size()));
-    for (std::size_t at = path.find(EncodedSlash); at != std::wstring::npos; at = path.find(EncodedSlash, at + 1)) {
-        path.replace(at, EncodedSlash.size(), L"/");
+    std::wstring path(fileName.substr(0, fileName.size() - evtx::LogExtension.size()));
+    for (std::size_t at = path.find(evtx::EncodedSlash); at != std::wstring::npos;
+         at = path.find(evtx::EncodedSlash, at + 1)) {
+        path.replace(at, evtx::EncodedSlash.size(), L"/");
     }
     return path;
-}
-
-std::wstring FileNameOfChannelPath(std::wstring_view channelPath) {
-    std::wstring name;
-    for (const wchar_t character : channelPath) {
-        if (character == L'/' || character == L'\\') {
-            name += EncodedSlash;  // a backslash never separates folders here, whoever wrote the path
-        } else {
-            name += character;
-        }
-    }
-    name += LogExtension;
-    return name;
 }
 
 }  // namespace corvina::embedded

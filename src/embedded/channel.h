@@ -42,6 +42,4 @@ void ApplySettings(const IniSection& section, Channel& channel);
 // platform writes nothing else so, and reading other digits as codes would turn "%4Admin" into a letter.
 std::optional<std::wstring> ChannelPathOfFileName(std::wstring_view fileName);
 
-std::wstring FileNameOfChannelPath(std::wstring_view channelPath);
-
 }  // namespace corvina::embedded

@@ -16,25 +16,6 @@ std::optional<std::wstring> CopyOf(LPCWSTR text) {
 
 }  // namespace
 
-bool IsEventStore(const std::filesystem::path& folder) {
-    if (HoldsLogFiles(folder)) {
-        return true;
-    }
-    std::error_code error;
-    std::filesystem::directory_iterator entry(folder, error);
-    while (!error && entry != std::filesystem::directory_iterator()) {
-        if (HoldsLogFiles(entry->path())) {
-            return true;
-        }
-        entry.increment(error);
-    }
-    return false;
-}
-
-std::unique_ptr<EmbeddedEventLog> OpenEventStore(const std::filesystem::path& folder, std::wstring localComputerName) {
-    return std::make_unique<EmbeddedEventLog>(folder, std::move(localComputerName));
-}
-
 EmbeddedEventLog::EmbeddedEventLog(const std::filesystem::path& folder, std::wstring localComputerName)
     : state_(std::make_unique<State>(folder, std::move(localComputerName))) {}
 

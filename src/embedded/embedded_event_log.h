@@ -15,15 +15,13 @@
 
 namespace corvina::embedded {
 
-// Whether a folder is a store that holds at least one log.
-bool IsEventStore(const std::filesystem::path& folder);
-
 // The operations of the event log over one store. Arguments, results and error codes are the platform's; what an
 // operation adds to that is said where it is defined. Handles are checked: one that is closed, of another kind or not
 // from this object gives error::InvalidHandle. Not thread-safe, like the program that uses it. Objects that are still
 // open when the event log is destroyed are released with it.
 class EmbeddedEventLog final : public EventLogApi {
   public:
+    // `localComputerName` is the name under which this computer is asked for.
     // The folder need not exist: sessions then fail, while files anywhere can still be queried.
     EmbeddedEventLog(const std::filesystem::path& folder, std::wstring localComputerName);
     ~EmbeddedEventLog() override;
@@ -83,8 +81,5 @@ class EmbeddedEventLog final : public EventLogApi {
     struct State;
     std::unique_ptr<State> state_;
 };
-
-// Creates the embedded event log. `localComputerName` is the name under which this computer is asked for.
-std::unique_ptr<EmbeddedEventLog> OpenEventStore(const std::filesystem::path& folder, std::wstring localComputerName);
 
 }  // namespace corvina::embedded

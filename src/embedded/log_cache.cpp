@@ -41,7 +41,7 @@ std::shared_ptr<const OpenLogFile> LogCache::Open(const fs::path& path, std::uin
     const std::optional<FileFacts> facts = ReadFileFacts(path);
     const auto known = open_.find(key);
     if (known != open_.end() && facts) {
-        const std::shared_ptr<const OpenLogFile> log = known->second.lock();
+        std::shared_ptr<const OpenLogFile> log = known->second.lock();
         if (log != nullptr && log->Facts().Size == facts->Size && log->Facts().LastWriteTime == facts->LastWriteTime) {
             error = error::Success;
             return log;

@@ -17,7 +17,9 @@ namespace corvina::test {
 
 class EmbeddedLogTest : public testing::Test {
   protected:
-    EmbeddedLogTest() : Store(Folder.Path() / "store"), Log(embedded::OpenEventStore(Store.Folder(), L"TESTPC")) {}
+    EmbeddedLogTest()
+        : Store(Folder.Path() / "store"),
+          Log(std::make_unique<embedded::EmbeddedEventLog>(Store.Folder(), L"TESTPC")) {}
 
     void TearDown() override { EXPECT_EQ(Log->OpenHandleCount(), 0u); }
 

@@ -45,7 +45,7 @@ TEST_F(HandlesTest, WhatIsNoHandleIsRefused) {
     const EvtHandle next = Query(L"System");
     EXPECT_NE(next.Get(), stale);
     int local = 0;
-    const auto other = embedded::OpenEventStore(Store.Folder(), L"TESTPC");
+    const auto other = std::make_unique<embedded::EmbeddedEventLog>(Store.Folder(), L"TESTPC");
     EVT_HANDLE foreign = other->EvtQuery(nullptr, L"System", nullptr, 0x1201);
     ASSERT_NE(foreign, nullptr);
     for (EVT_HANDLE handle : {stale, static_cast<EVT_HANDLE>(&local), reinterpret_cast<EVT_HANDLE>(~std::uintptr_t{0}),

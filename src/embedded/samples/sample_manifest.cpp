@@ -98,7 +98,7 @@ class ManifestWriter {
     void Line(std::string_view line) { text_.append(line).append(1, '\n'); }
 
     // Keeps a text for the string table and returns what refers to it.
-    std::string Reference(std::string identifier, std::wstring_view text) {
+    std::string Reference(const std::string& identifier, std::wstring_view text) {
         strings_.emplace_back(identifier, Escaped(text));
         return "$(string." + identifier + ")";
     }

@@ -8,6 +8,7 @@
 #include "base/calendar.h"
 #include "base/path_text.h"
 #include "base/utf.h"
+#include "embedded/evtx/channel_file_name.h"
 #include "embedded/evtx/log_file_writer.h"
 #include "embedded/samples/sample_catalog.h"
 #include "embedded/samples/sample_events.h"
@@ -25,7 +26,7 @@ constexpr int FolderAttempts = 100;
 // All logs end a little before 14 June 2024, 18:00 UTC, and reach back six weeks. Never the present time: stores must
 // not differ from run to run.
 constexpr std::uint64_t EndOfLogs = 133'628'616'000'000'000;
-constexpr std::uint64_t SpanOfLogs = 42 * 86'400 * FileTimeTicksPerSecond;
+constexpr std::uint64_t SpanOfLogs = std::uint64_t{42} * 86'400 * FileTimeTicksPerSecond;
 
 // Spreads the times of a log's events over the span: even steps, each event somewhere inside its own.
 class Timeline {
@@ -53,19 +54,6 @@ std::uint32_t WriteLog(const std::filesystem::path& path, SampleEventSource& sou
         }
     }
     return writer.Finish();
-}
-
-// "Vendor-Product/Kind" as "Vendor-Product%4Kind.evtx".
-std::filesystem::path LogFileName(std::wstring_view channel) {
-    std::wstring name;
-    for (const wchar_t character : channel) {
-        if (character == L'/') {
-            name += L"%4";
-        } else {
-            name += character;
-        }
-    }
-    return PathFromText(name + L".evtx");
 }
 
 bool WriteTextFile(const std::filesystem::path& path, const std::string& text) {
@@ -110,7 +98,7 @@ bool WriteLogs(const ComputerJob& job, std::wstring& problem) {
         if (channel.Path == std::wstring_view(L"System")) {
             events += left;
         }
-        const std::filesystem::path path = job.Folder / LogFileName(channel.Path);
+        const std::filesystem::path path = job.Folder / PathFromText(evtx::FileNameOfChannelPath(channel.Path));
         SampleEventSource source(channel.Path, job.Name, job.Seed);
         if (const std::uint32_t failure = WriteLog(path, source, events); failure != 0) {
             problem =
