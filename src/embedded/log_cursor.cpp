@@ -1,42 +1,8 @@
 #include "embedded/log_cursor.h"
 
+#include "embedded/record_values.h"
+
 namespace corvina::embedded {
-namespace {
-
-class RecordValues : public xpath::EventValues {
-  public:
-    RecordValues(const evtx::Chunk& chunk, const evtx::RecordPlace& record, evtx::SystemValues& system,
-                 std::vector<evtx::DataValue>& data)
-        : chunk_(chunk), record_(record), system_(system), data_(data) {}
-
-    const evtx::SystemValues* System() override {
-        if (!systemRead_) {
-            systemRead_ = true;
-            systemSound_ = chunk_.ReadSystem(record_, system_);
-        }
-        return systemSound_ ? &system_ : nullptr;
-    }
-
-    const std::vector<evtx::DataValue>* Data() override {
-        if (!dataRead_) {
-            dataRead_ = true;
-            dataSound_ = chunk_.ReadData(record_, data_);
-        }
-        return dataSound_ ? &data_ : nullptr;
-    }
-
-  private:
-    const evtx::Chunk& chunk_;
-    const evtx::RecordPlace& record_;
-    evtx::SystemValues& system_;
-    std::vector<evtx::DataValue>& data_;
-    bool systemRead_ = false;
-    bool systemSound_ = false;
-    bool dataRead_ = false;
-    bool dataSound_ = false;
-};
-
-}  // namespace
 
 LogCursor::LogCursor(std::shared_ptr<const OpenLogFile> log, std::shared_ptr<const xpath::Filter> filter,
                      bool newestFirst)

@@ -1,5 +1,6 @@
 // Operations of the embedded event log on queries and their events.
 #include "base/path_text.h"
+#include "embedded/clock.h"
 #include "embedded/embedded_state.h"
 #include "embedded/system_row.h"
 #include "embedded/variant_row.h"
@@ -74,7 +75,7 @@ EVT_HANDLE EmbeddedEventLog::EvtQuery(EVT_HANDLE session, LPCWSTR path, LPCWSTR 
         if (error != error::Success) {
             return error;
         }
-        std::shared_ptr<const xpath::Filter> filter = xpath::Filter::Parse(text);
+        std::shared_ptr<const xpath::Filter> filter = xpath::Filter::Parse(text, CurrentFileTime());
         if (filter == nullptr) {
             return error::InvalidQuery;
         }

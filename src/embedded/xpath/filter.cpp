@@ -59,7 +59,7 @@ std::optional<std::uint64_t> NumberOf(std::wstring_view digits) {
 
 }  // namespace
 
-std::unique_ptr<const Filter> Filter::Parse(std::wstring_view text) {
+std::unique_ptr<const Filter> Filter::Parse(std::wstring_view text, std::uint64_t /*now*/) {
     Scanner scanner(text);
     if (scanner.AtEnd() || (scanner.Take(L"*") && scanner.AtEnd())) {
         return std::unique_ptr<const Filter>(new Filter(Kind::Everything, 0));

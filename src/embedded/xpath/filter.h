@@ -25,8 +25,9 @@ class EventValues {
 
 class Filter {
   public:
-    // Compiles a filter; none when the text is not one. An empty text stands for "*".
-    static std::unique_ptr<const Filter> Parse(std::wstring_view text);
+    // Compiles a filter; none when the text is not one. An empty text stands for "*". `now` is the time that the ages
+    // of events are counted up to: a file time, UTC.
+    static std::unique_ptr<const Filter> Parse(std::wstring_view text, std::uint64_t now);
 
     bool MatchesEverything() const { return kind_ == Kind::Everything; }
 
