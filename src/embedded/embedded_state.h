@@ -10,6 +10,7 @@
 
 #include "embedded/decoded_event.h"
 #include "embedded/embedded_event_log.h"
+#include "embedded/event_query.h"
 #include "embedded/event_store.h"
 #include "embedded/handle_table.h"
 #include "embedded/log_cache.h"
@@ -44,13 +45,8 @@ struct ChannelConfigurationObject : HandleObject {
 
 struct QueryObject : HandleObject {
     static constexpr ObjectKind Kind = ObjectKind::Query;
-    QueryObject(LogCursor cursor, std::wstring name) : HandleObject(Kind), Cursor(std::move(cursor)) {
-        Names.push_back(std::move(name));
-        Statuses.push_back(error::Success);
-    }
-    LogCursor Cursor;
-    std::vector<std::wstring> Names;  // the channels or files that were asked for
-    std::vector<std::uint32_t> Statuses;
+    explicit QueryObject(std::unique_ptr<EventQuery> events) : HandleObject(Kind), Events(std::move(events)) {}
+    std::unique_ptr<EventQuery> Events;
 };
 
 struct EventObject : HandleObject {
@@ -126,6 +122,11 @@ struct EmbeddedEventLog::State {
     // A channel of the session's computer. Returns an error code.
     std::uint32_t FindChannel(EVT_HANDLE session, LPCWSTR path, std::shared_ptr<ComputerFolder>& computer,
                               std::shared_ptr<const Channel>& channel);
+
+    // Opens the events that a path and a query text name, either of which may be null; arguments and `flags` are those
+    // of EvtQuery. Returns an error code.
+    std::uint32_t OpenQuery(EVT_HANDLE session, LPCWSTR path, LPCWSTR query, DWORD flags,
+                            std::unique_ptr<EventQuery>& events);
 
     // The log of a channel; none, without an error, for a channel that has no file yet. Returns an error code.
     std::uint32_t OpenChannelLog(const Channel& channel, std::shared_ptr<const OpenLogFile>& log);

@@ -45,43 +45,53 @@ std::uint32_t WriteXml(const std::wstring& xml, DWORD bufferSize, PVOID buffer, 
 
 // A file path may be relative and may use either separator. With error::ChannelNotFound and the like it makes no
 // difference whether errors are to be tolerated: that is about the other logs of a query, and there are none.
+std::uint32_t EmbeddedEventLog::State::OpenQuery(EVT_HANDLE session, LPCWSTR path, LPCWSTR query, DWORD flags,
+                                                 std::unique_ptr<EventQuery>& events) {
+    if (!AreQueryFlagsValid(flags)) {
+        return error::InvalidParameter;
+    }
+    if (session != nullptr && Handles.Find<SessionObject>(session) == nullptr) {
+        return error::InvalidHandle;
+    }
+    const std::wstring_view text(query == nullptr ? L"" : query);
+    if (IsQueryDocument(text)) {
+        return OpenQueryDocument();
+    }
+    if (path == nullptr) {
+        return error::InvalidParameter;
+    }
+    std::shared_ptr<const OpenLogFile> log;
+    std::uint32_t error = error::Success;
+    if ((flags & EvtQueryFilePath) != 0) {
+        log = Logs.Open(PathFromText(path), error);
+    } else {
+        std::shared_ptr<ComputerFolder> computer;
+        std::shared_ptr<const Channel> channel;
+        error = FindChannel(session, path, computer, channel);
+        if (error == error::Success) {
+            error = OpenChannelLog(*channel, log);
+        }
+    }
+    if (error != error::Success) {
+        return error;
+    }
+    std::shared_ptr<const xpath::Filter> filter = xpath::Filter::Parse(text, CurrentFileTime());
+    if (filter == nullptr) {
+        return error::InvalidQuery;
+    }
+    const bool newestFirst = (flags & EvtQueryReverseDirection) != 0;
+    events = std::make_unique<EventQuery>(LogCursor(std::move(log), std::move(filter), newestFirst), path);
+    return error::Success;
+}
+
 EVT_HANDLE EmbeddedEventLog::EvtQuery(EVT_HANDLE session, LPCWSTR path, LPCWSTR query, DWORD flags) {
     return state_->Open([&](std::unique_ptr<HandleObject>& object) -> std::uint32_t {
-        if (!AreQueryFlagsValid(flags)) {
-            return error::InvalidParameter;
+        std::unique_ptr<EventQuery> events;
+        const std::uint32_t error = state_->OpenQuery(session, path, query, flags, events);
+        if (error == error::Success) {
+            object = std::make_unique<QueryObject>(std::move(events));
         }
-        if (session != nullptr && state_->Handles.Find<SessionObject>(session) == nullptr) {
-            return error::InvalidHandle;
-        }
-        const std::wstring_view text(query == nullptr ? L"" : query);
-        if (IsQueryDocument(text)) {
-            return OpenQueryDocument();
-        }
-        if (path == nullptr) {
-            return error::InvalidParameter;
-        }
-        std::shared_ptr<const OpenLogFile> log;
-        std::uint32_t error = error::Success;
-        if ((flags & EvtQueryFilePath) != 0) {
-            log = state_->Logs.Open(PathFromText(path), error);
-        } else {
-            std::shared_ptr<ComputerFolder> computer;
-            std::shared_ptr<const Channel> channel;
-            error = state_->FindChannel(session, path, computer, channel);
-            if (error == error::Success) {
-                error = state_->OpenChannelLog(*channel, log);
-            }
-        }
-        if (error != error::Success) {
-            return error;
-        }
-        std::shared_ptr<const xpath::Filter> filter = xpath::Filter::Parse(text, CurrentFileTime());
-        if (filter == nullptr) {
-            return error::InvalidQuery;
-        }
-        const bool newestFirst = (flags & EvtQueryReverseDirection) != 0;
-        object = std::make_unique<QueryObject>(LogCursor(std::move(log), std::move(filter), newestFirst), path);
-        return error::Success;
+        return error;
     });
 }
 
@@ -95,8 +105,8 @@ BOOL EmbeddedEventLog::EvtGetQueryInfo(EVT_HANDLE queryOrSubscription, EVT_QUERY
         if (bufferUsed == nullptr || (property != EvtQueryNames && property != EvtQueryStatuses)) {
             return error::InvalidParameter;
         }
-        return property == EvtQueryNames ? WriteTextArray(query->Names, bufferSize, buffer, bufferUsed)
-                                         : WriteUInt32Array(query->Statuses, bufferSize, buffer, bufferUsed);
+        return property == EvtQueryNames ? WriteTextArray(query->Events->Names(), bufferSize, buffer, bufferUsed)
+                                         : WriteUInt32Array(query->Events->Statuses(), bufferSize, buffer, bufferUsed);
     });
 }
 
@@ -116,7 +126,7 @@ BOOL EmbeddedEventLog::EvtNext(EVT_HANDLE resultSet, DWORD eventsSize, EVT_HANDL
             if (state_->SpareEvents.empty()) {
                 state_->SpareEvents.push_back(std::make_unique<EventObject>());
             }
-            if (!query->Cursor.Next(state_->SpareEvents.back()->Place)) {
+            if (!query->Events->Next(state_->SpareEvents.back()->Place)) {
                 break;
             }
             std::unique_ptr<EventObject> event = std::move(state_->SpareEvents.back());
