@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "embedded/message_ids.h"
+#include "embedded/publisher/message_ids.h"
 #include "embedded/rendering_xml.h"
 #include "embedded/variant_text.h"
 #include "platform/error_codes.h"
@@ -201,7 +201,7 @@ std::uint32_t FormatEventText(EVT_FORMAT_MESSAGE_FLAGS kind, const Publisher* pu
 
 std::uint32_t FormatMessageById(const Publisher& publisher, std::uint32_t messageId,
                                 std::span<const EVT_VARIANT> values, std::wstring& text) {
-    const std::optional<std::wstring> message = MessageById(publisher, messageId);
+    const std::optional<std::wstring> message = publisher::MessageById(publisher, messageId);
     if (!message) {
         return error::MessageIdNotFound;
     }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/utf.h"
+#include "embedded/publisher/message_ids.h"
 #include "publisher/manifest_text.h"
 
 namespace corvina::publisher {
@@ -15,26 +16,31 @@ constexpr const char* PumpManifest = R"xml(<?xml version="1.0" encoding="utf-8"?
   <instrumentation>
     <events>
       <provider name="Contoso-Pump" guid="{1c2d3e4f-0011-2233-4455-66778899aabb}" messageFileName="pump.dll"
-                resourceFileName="pumpres.dll" message="$(string.provider)">
+                resourceFileName="pumpres.dll" parameterFileName="pumppar.dll" message="$(string.provider)">
         <channels>
           <importChannel chid="SYS" name="System"/>
-          <channel chid="OP" name="Contoso-Pump/Operational" type="Operational" enabled="true"/>
+          <channel chid="OP" name="Contoso-Pump/Operational" type="Operational" enabled="true"
+                   message="$(string.channel)"/>
           <channel symbol="DBG" name="Contoso-Pump/Debug" type="Debug"/>
+          <channel chid="OWN" name="Contoso-Pump/Own" value="200"/>
         </channels>
         <levels><level name="Loud" value="0x11" message="$(string.loud)"/></levels>
         <tasks>
           <task name="Fill" value="1" message="$(string.fill)">
             <opcodes><opcode name="Valve" value="11" message="$(string.valve.fill)"/></opcodes>
           </task>
-          <task name="Drain" value="2"/>
+          <task name="Drain" value="2" eventGUID="{00000000-0000-0000-0000-00000000000D}"/>
         </tasks>
         <opcodes><opcode name="Valve" value="12" message="$(string.valve)"/></opcodes>
         <keywords>
           <keyword name="Water" mask="0x1" message="$(string.water)"/>
           <keyword name="Oil" mask="0x8000000000000000"/>
         </keywords>
+        <templates>
+          <template tid="Values"><data name="Litres" inType="win:UInt32" outType="xs:unsignedInt"/></template>
+        </templates>
         <events>
-          <event value="0xFFFFFFFF" level="Loud"/>
+          <event value="0xFFFFFFFF" level="Loud" message="$(string.empty)"/>
           <event value="1" version="2" level="win:Error" task="Drain" opcode="Valve" channel="DBG"/>
           <event value="1" level="win:Error" task="Fill" opcode="Valve" keywords=" Water
                Oil win:AuditFailure" channel="OP" template="Values" message="$(string.one)"/>
@@ -49,6 +55,7 @@ constexpr const char* PumpManifest = R"xml(<?xml version="1.0" encoding="utf-8"?
       <string id="fill" value="F&#xFC;llen"/><string id="water" value="Wasser"/></stringTable></resources>
     <resources culture="en-us"><stringTable>
       <string id="provider" value="The &quot;Pump&quot;"/><string id="loud" value="Loud"/>
+      <string id="channel" value="What the pump does"/>
       <string id="fill" value="Filling"/><string id="valve" value="Valve"/>
       <string id="valve.fill" value="Filling valve"/><string id="one" value="%1 litres%n"/>
       <string id="empty" value=""/></stringTable></resources>
@@ -74,11 +81,20 @@ TEST(ManifestReader, ReadsAProvidersDefinitions) {
     EXPECT_EQ(pump.Guid, ParseGuid(L"{1C2D3E4F-0011-2233-4455-66778899AABB}"));
     EXPECT_EQ(pump.MessageFileName, L"pump.dll");
     EXPECT_EQ(pump.ResourceFileName, L"pumpres.dll");
+    EXPECT_EQ(pump.ParameterFileName, L"pumppar.dll");
     EXPECT_EQ(pump.Message, L"The \"Pump\"");
 
-    ASSERT_EQ(pump.Channels.size(), 3U);
+    ASSERT_EQ(pump.Channels.size(), 4U);
     EXPECT_EQ(pump.Channels[0].Path, L"System");
     EXPECT_FALSE(pump.Channels[0].Enabled);
+    EXPECT_TRUE(pump.Channels[0].Imported);
+    EXPECT_FALSE(pump.Channels[1].Imported);
+    EXPECT_EQ(pump.Channels[1].Message, L"What the pump does");
+    std::vector<int> ids;
+    for (const ChannelReference& channel : pump.Channels) {
+        ids.push_back(channel.Id);
+    }
+    EXPECT_EQ(ids, (std::vector<int>{8, 16, 17, 200}));
     EXPECT_EQ(pump.Channels[1].Type, L"Operational");
     EXPECT_TRUE(pump.Channels[1].Enabled);
 
@@ -87,12 +103,40 @@ TEST(ManifestReader, ReadsAProvidersDefinitions) {
     ASSERT_EQ(pump.Tasks.size(), 2U);
     EXPECT_EQ(pump.Tasks[0].Message, L"Filling");
     EXPECT_EQ(pump.Tasks[1].Message, L"");
+    EXPECT_EQ(pump.Tasks[1].Guid, ParseGuid(L"{00000000-0000-0000-0000-00000000000D}"));
+    EXPECT_FALSE(pump.Tasks[0].Guid);
     ASSERT_EQ(pump.Opcodes.size(), 2U);
     EXPECT_EQ(pump.Opcodes[0].Value, 12U);
     EXPECT_EQ(pump.Opcodes[1].Value, 0x1000BU);
     ASSERT_EQ(pump.Keywords.size(), 2U);
     EXPECT_EQ(pump.Keywords[0].Message, L"Wasser") << "what English lacks comes from another culture";
     EXPECT_EQ(pump.Keywords[1].Value, 0x8000'0000'0000'0000U);
+}
+
+TEST(ManifestReader, GivesTextsTheNumbersOfTheMessageCompiler) {
+    const std::vector<Publisher> publishers = Read(PumpManifest);
+    ASSERT_EQ(publishers.size(), 1U);
+    const Publisher& pump = publishers[0];
+    EXPECT_EQ(pump.MessageId, 0x90000001U);
+    EXPECT_EQ(pump.Channels[0].MessageId, NoMessage);
+    EXPECT_EQ(pump.Channels[1].MessageId, 0x90000003U);
+    EXPECT_EQ(pump.Levels[0].MessageId, 0x50000011U);
+    EXPECT_EQ(pump.Tasks[0].MessageId, 0x70000001U);
+    EXPECT_EQ(pump.Tasks[1].MessageId, NoMessage);
+    EXPECT_EQ(pump.Opcodes[0].MessageId, 0x3000000CU);
+    EXPECT_EQ(pump.Opcodes[1].MessageId, 0x3001000BU);
+    EXPECT_EQ(pump.Keywords[0].MessageId, 0x10000001U);
+    EXPECT_EQ(pump.Events[0].MessageId, 0xB0000001U);
+    EXPECT_EQ(pump.Events[1].MessageId, NoMessage);
+    EXPECT_EQ(KeywordMessageId(0x8000'0000'0000'0000), 0x10000040U);
+    EXPECT_EQ(EventMessageId(7, 3), 0xB0030007U);
+    EXPECT_EQ(EventMessageId(0xC004'0007, 3), 0xC004'0007U) << "a whole identifier is one already";
+
+    EXPECT_EQ(MessageById(pump, 0x3001000B), L"Filling valve");
+    EXPECT_EQ(MessageById(pump, 0x90000003), L"What the pump does");
+    EXPECT_EQ(MessageById(pump, 0x50000002), L"Error");
+    EXPECT_EQ(MessageById(pump, NoMessage), std::nullopt) << "no event without a message is found by that number";
+    EXPECT_EQ(MessageById(pump, 0x90000002), std::nullopt);
 }
 
 TEST(ManifestReader, ResolvesWhatEventsReferTo) {
@@ -108,7 +152,10 @@ TEST(ManifestReader, ResolvesWhatEventsReferTo) {
     EXPECT_EQ(events[0].Opcode, 11) << "the task's own opcode comes before one of the same name for all";
     EXPECT_EQ(events[0].Keywords, 0x8010'0000'0000'0001U);
     EXPECT_EQ(events[0].Channel, L"Contoso-Pump/Operational");
-    EXPECT_EQ(events[0].Template, L"Values");
+    EXPECT_EQ(events[0].ChannelId, 16);
+    EXPECT_EQ(events[0].Template,
+              L"<template xmlns=\"http://schemas.microsoft.com/win/2004/08/events\">"
+              L"<data name=\"Litres\" inType=\"win:UInt32\" outType=\"xs:unsignedInt\"/></template>");
     EXPECT_TRUE(events[0].HasMessage);
     EXPECT_EQ(events[0].Message, L"%1 litres%n");
 
@@ -146,7 +193,7 @@ TEST(ManifestReader, ReportsWhatIsWrongAndKeepsTheRest) {
         <tasks><task name="Odd" value="seven"><opcodes><opcode name="O" value="1"/></opcodes></task></tasks>
         <keywords><keyword name="NoMask"/></keywords>
         <events>
-          <event value="1" level="TooHigh" task="Odd" opcode="O" keywords="NoMask win:SQM" channel="C"
+          <event value="1" level="TooHigh" task="Odd" opcode="O" keywords="NoMask win:SQM" channel="C" template="T"
                  message="$(string.nowhere)"/>
           <event value="4294967296"/><event version="1"/><event value="2" version="256"/>
           <event value="3" level="Good"/>
@@ -158,12 +205,12 @@ TEST(ManifestReader, ReportsWhatIsWrongAndKeepsTheRest) {
     EXPECT_FALSE(publishers[0].Events[0].HasMessage);
     EXPECT_EQ(publishers[0].Events[1].Level, 255);
     for (const wchar_t* const subject :
-         {L"TooHigh", L"Odd", L"NoMask", L"O", L"C", L"$(string.nowhere)", L"4294967296"}) {
+         {L"TooHigh", L"Odd", L"NoMask", L"O", L"C", L"T", L"$(string.nowhere)", L"4294967296"}) {
         EXPECT_TRUE(std::any_of(problems.begin(), problems.end(), [subject](const std::wstring& problem) {
             return problem.ends_with(L": " + std::wstring(subject));
         })) << Utf8FromWide(subject);
     }
-    EXPECT_EQ(problems.size(), 13U);
+    EXPECT_EQ(problems.size(), 14U);
 }
 
 TEST(ManifestReader, WhatIsNoManifestGivesNoPublishers) {

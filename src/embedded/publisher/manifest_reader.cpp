@@ -8,6 +8,9 @@
 #include "base/parse_number.h"
 #include "base/utf.h"
 #include "embedded/publisher/localized_strings.h"
+#include "embedded/publisher/manifest_context.h"
+#include "embedded/publisher/manifest_templates.h"
+#include "embedded/publisher/message_ids.h"
 #include "embedded/publisher/publisher_manifest.h"
 #include "embedded/publisher/standard_values.h"
 
@@ -15,11 +18,16 @@ namespace corvina::publisher {
 
 namespace {
 
-// Many events may refer to one text, which each of them then holds: the texts of a manifest are bounded together.
-constexpr std::size_t MostTextCharacters = std::size_t{16} << 20;
-constexpr std::size_t MostProblems = 1'000;
-
 constexpr std::string_view Blanks = " \t\r\n";
+
+// The identifiers of the channels that exist on every computer, as the platform's winmeta definitions have them. A
+// provider's other channels are counted from the first free one on.
+struct WellKnownChannel {
+    std::string_view Path;
+    std::uint8_t Id;
+};
+constexpr WellKnownChannel WellKnownChannels[] = {{"System", 8}, {"Application", 9}, {"Security", 10}};
+constexpr std::uint8_t FirstFreeChannelId = 16;
 
 std::optional<std::uint64_t> ParseNumber(std::string_view text, std::uint64_t highest) {
     return ParseUnsigned(WideFromUtf8(text), highest);
@@ -45,51 +53,10 @@ void SortByValue(std::vector<NamedValue>& values) {
                      [](const NamedValue& left, const NamedValue& right) { return left.Value < right.Value; });
 }
 
-// What the providers of one manifest share: its strings, the bound on all texts together, and the list of problems.
-class ManifestContext {
-  public:
-    ManifestContext(pugi::xml_node manifest, std::vector<std::wstring>* problems)
-        : strings_(manifest), problems_(problems) {}
-
-    void Report(std::string_view problem, std::string_view subject) {
-        if (problems_ != nullptr && problems_->size() < MostProblems) {
-            problems_->push_back(WideFromUtf8(problem) + L": " + WideFromUtf8(subject));
-        }
-    }
-
-    // A text that several places may refer to.
-    std::optional<std::wstring> Copy(std::string_view text) {
-        if (text.size() > charactersLeft_) {
-            Report("The manifest's texts are too long", text.substr(0, 40));
-            return std::nullopt;
-        }
-        charactersLeft_ -= text.size();
-        return WideFromUtf8(text);
-    }
-
-    // The text of an element's attribute "message".
-    std::optional<std::wstring> Message(pugi::xml_node node) {
-        const pugi::xml_attribute reference = node.attribute("message");
-        if (!reference) {
-            return std::nullopt;
-        }
-        const std::optional<std::string_view> text = strings_.Resolve(reference.value());
-        if (!text) {
-            Report("No string for the message", reference.value());
-            return std::nullopt;
-        }
-        return Copy(*text);
-    }
-
-  private:
-    LocalizedStrings strings_;
-    std::vector<std::wstring>* problems_;
-    std::size_t charactersLeft_ = MostTextCharacters;
-};
-
 class ProviderReader {
   public:
-    ProviderReader(pugi::xml_node provider, ManifestContext& context) : provider_(provider), context_(context) {}
+    ProviderReader(pugi::xml_node provider, ManifestContext& context)
+        : provider_(provider), context_(context), templates_(provider) {}
 
     Publisher Read() {
         ReadDescription();
@@ -100,10 +67,12 @@ class ProviderReader {
         for (const StandardValue& opcode : StandardOpcodes()) {
             opcodes_.emplace(std::pair(std::uint64_t{0}, opcode.Name), opcode.Value);
         }
-        ForEachListed(provider_, "levels", "level",
-                      [this](pugi::xml_node level) { Define(level, "value", 0xFF, publisher_.Levels, levels_); });
+        ForEachListed(provider_, "levels", "level", [this](pugi::xml_node level) {
+            Define(level, "value", 0xFF, publisher_.Levels, levels_, LevelMessageId);
+        });
         ForEachListed(provider_, "keywords", "keyword", [this](pugi::xml_node keyword) {
-            Define(keyword, "mask", std::numeric_limits<std::uint64_t>::max(), publisher_.Keywords, keywords_);
+            Define(keyword, "mask", std::numeric_limits<std::uint64_t>::max(), publisher_.Keywords, keywords_,
+                   KeywordMessageId);
         });
         ReadOpcodes(provider_, 0);
         ReadTasks();
@@ -125,13 +94,27 @@ class ProviderReader {
 
     std::wstring Attribute(const char* name) const { return WideFromUtf8(provider_.attribute(name).value()); }
 
+    // Gives what an element defines the text of its attribute "message", and the text's identifier. False when there is
+    // no text.
+    template <typename Described>
+    bool TakeMessage(pugi::xml_node node, Described& described, std::uint32_t messageId) {
+        std::optional<std::wstring> message = context_.Message(node);
+        if (!message) {
+            return false;
+        }
+        described.Message = std::move(*message);
+        described.MessageId = messageId;
+        return true;
+    }
+
     void ReadDescription() {
         publisher_.Name = Attribute("name");
         publisher_.Guid = ParseGuid(Attribute("guid"));
         publisher_.MessageFileName = Attribute("messageFileName");
         publisher_.ResourceFileName = Attribute("resourceFileName");
+        publisher_.ParameterFileName = Attribute("parameterFileName");
         publisher_.HelpLink = Attribute("helpLink");
-        publisher_.Message = context_.Message(provider_).value_or(std::wstring());
+        TakeMessage(provider_, publisher_, ProviderMessages | 1);
     }
 
     void ReadChannels() {
@@ -153,27 +136,48 @@ class ProviderReader {
             context_.Report("A channel without a name in the publisher", provider_.attribute("name").value());
             return;
         }
-        publisher_.Channels.push_back({WideFromUtf8(path), WideFromUtf8(channel.attribute("type").value()),
-                                       channel.attribute("enabled").as_bool(false)});
+        ChannelReference& reference = publisher_.Channels.emplace_back();
+        reference.Path = WideFromUtf8(path);
+        reference.Type = WideFromUtf8(channel.attribute("type").value());
+        reference.Enabled = channel.attribute("enabled").as_bool(false);
+        reference.Imported = LocalName(channel) == "importChannel";
+        reference.Id = ChannelId(channel, path);
+        const std::size_t number = publisher_.Channels.size() + 1;  // the provider itself has the first one
+        TakeMessage(channel, reference, ProviderMessages | static_cast<std::uint32_t>(number));
         // Events name a channel by its "chid"; where there is none, by its symbol or path.
         for (const char* const attribute : {"chid", "symbol", "name"}) {
             const std::string_view name = channel.attribute(attribute).value();
             if (!name.empty()) {
-                channels_.emplace(name, path);
+                channels_.emplace(name, std::pair(path, reference.Id));
             }
         }
     }
 
+    std::uint8_t ChannelId(pugi::xml_node channel, std::string_view path) {
+        if (const auto value = ParseNumber(channel.attribute("value").value(), 0xFF)) {
+            return static_cast<std::uint8_t>(*value);
+        }
+        for (const WellKnownChannel& known : WellKnownChannels) {
+            if (known.Path == path) {
+                return known.Id;
+            }
+        }
+        return nextChannelId_ == 0 ? std::uint8_t{0} : nextChannelId_++;  // after 255 there is none
+    }
+
     // Adds the value that an element defines, and makes it known by its name.
     void Define(pugi::xml_node node, const char* valueAttribute, std::uint64_t highest, std::vector<NamedValue>& values,
-                ValuesByName& names) {
+                ValuesByName& names, std::uint32_t (*messageIdOf)(std::uint64_t value)) {
         const std::optional<std::uint64_t> value = ParseNumber(node.attribute(valueAttribute).value(), highest);
         const std::string_view name = node.attribute("name").value();
         if (!value) {
             context_.Report("No usable value for the definition", name);
             return;
         }
-        values.push_back({WideFromUtf8(name), *value, context_.Message(node).value_or(std::wstring())});
+        NamedValue& named = values.emplace_back();
+        named.Name = WideFromUtf8(name);
+        named.Value = *value;
+        TakeMessage(node, named, messageIdOf(*value));
         names.emplace(name, *value);
     }
 
@@ -181,9 +185,10 @@ class ProviderReader {
         ForEachListed(owner, "opcodes", "opcode", [this, task](pugi::xml_node opcode) {
             ValuesByName ownNames;
             std::vector<NamedValue> own;
-            Define(opcode, "value", 0xFF, own, ownNames);
+            Define(opcode, "value", 0xFF, own, ownNames, OpcodeMessageId);
             for (NamedValue& value : own) {
                 value.Value |= task << 16;
+                value.MessageId = value.MessageId == NoMessage ? NoMessage : OpcodeMessageId(value.Value);
                 publisher_.Opcodes.push_back(std::move(value));
             }
             for (const auto& [name, value] : ownNames) {
@@ -195,8 +200,9 @@ class ProviderReader {
     void ReadTasks() {
         ForEachListed(provider_, "tasks", "task", [this](pugi::xml_node task) {
             const std::size_t countBefore = publisher_.Tasks.size();
-            Define(task, "value", 0xFFFF, publisher_.Tasks, tasks_);
+            Define(task, "value", 0xFFFF, publisher_.Tasks, tasks_, TaskMessageId);
             if (publisher_.Tasks.size() > countBefore) {
+                publisher_.Tasks.back().Guid = ParseGuid(WideFromUtf8(task.attribute("eventGUID").value()));
                 ReadOpcodes(task, publisher_.Tasks.back().Value);
             }
         });
@@ -250,17 +256,31 @@ class ProviderReader {
         }
     }
 
-    std::wstring ChannelReferencePath(pugi::xml_node event) {
+    void ReadEventChannel(pugi::xml_node event, EventDefinition& definition) {
         const std::string_view name = event.attribute("channel").value();
         if (name.empty()) {
-            return std::wstring();
+            return;
         }
         const auto found = channels_.find(name);
         if (found == channels_.end()) {
             context_.Report("An event refers to an undefined channel", name);
-            return std::wstring();
+            return;
         }
-        return context_.Copy(found->second).value_or(std::wstring());
+        const auto& [path, id] = found->second;
+        definition.ChannelId = id;
+        definition.Channel = context_.Copy(path).value_or(std::wstring());
+    }
+
+    void ReadEventTemplate(pugi::xml_node event, EventDefinition& definition) {
+        const std::string_view name = event.attribute("template").value();
+        if (name.empty()) {
+            return;
+        }
+        if (const std::string* const text = templates_.Find(name)) {
+            definition.Template = context_.Copy(*text).value_or(std::wstring());
+        } else {
+            context_.Report("An event refers to an undefined template", name);
+        }
     }
 
     void ReadEvent(pugi::xml_node event) {
@@ -278,12 +298,9 @@ class ProviderReader {
         definition.Task = static_cast<std::uint16_t>(Reference(event, "task", tasks_));
         definition.Opcode = static_cast<std::uint8_t>(OpcodeReference(event, definition.Task));
         definition.Keywords = KeywordReferences(event);
-        definition.Channel = ChannelReferencePath(event);
-        if (std::optional<std::wstring> message = context_.Message(event)) {
-            definition.HasMessage = true;
-            definition.Message = std::move(*message);
-        }
-        definition.Template = WideFromUtf8(event.attribute("template").value());
+        ReadEventChannel(event, definition);
+        definition.HasMessage = TakeMessage(event, definition, EventMessageId(definition.Id, definition.Version));
+        ReadEventTemplate(event, definition);
         publisher_.Events.push_back(std::move(definition));
     }
 
@@ -302,7 +319,9 @@ class ProviderReader {
     pugi::xml_node provider_;
     ManifestContext& context_;
     Publisher publisher_;
-    std::map<std::string_view, std::string_view> channels_;
+    ManifestTemplates templates_;
+    std::map<std::string_view, std::pair<std::string_view, std::uint8_t>> channels_;  // path and identifier
+    std::uint8_t nextChannelId_ = FirstFreeChannelId;
     ValuesByName levels_;
     ValuesByName tasks_;
     ValuesByName keywords_;

@@ -21,10 +21,18 @@ namespace corvina::publisher {
 // twenty times its size in memory.
 inline constexpr std::size_t LargestManifest = std::size_t{16} << 20;
 
+// In place of a message identifier: there is no message.
+inline constexpr std::uint32_t NoMessage = 0xFFFF'FFFF;
+
+// Each display text comes with its message identifier: that of the provider's message table, for manifests the one that
+// the platform's message compiler gives (see message_ids.h). Texts are empty and the identifier is NoMessage when the
+// provider names no text or a missing one.
 struct NamedValue {
     std::wstring Name;  // the symbolic name, "win:Error" or "Vendor:Work"
     std::uint64_t Value = 0;
-    std::wstring Message;  // the display text; empty when the manifest names none or a missing one
+    std::wstring Message;
+    std::uint32_t MessageId = NoMessage;
+    std::optional<GuidBytes> Guid;  // tasks only: the identifier of the task's events in traces
 };
 
 struct EventDefinition {
@@ -34,16 +42,22 @@ struct EventDefinition {
     std::uint16_t Task = 0;
     std::uint8_t Opcode = 0;
     std::uint64_t Keywords = 0;
-    std::wstring Channel;     // the channel's path
-    bool HasMessage = false;  // false also when the message that the manifest names is not there
-    std::wstring Message;     // with %1 ... %99, unexpanded
-    std::wstring Template;
+    std::uint8_t ChannelId = 0;  // the ChannelReference's Id; 0 when the event has no channel
+    std::wstring Channel;        // the channel's path
+    bool HasMessage = false;     // false also when the message that the provider names is not there
+    std::wstring Message;        // with %1 ... %99, unexpanded
+    std::uint32_t MessageId = NoMessage;
+    std::wstring Template;  // the names and types of the event's values: a "template" element; empty when there is none
 };
 
 struct ChannelReference {
     std::wstring Path;
     std::wstring Type;  // "Admin", "Operational", "Analytic", "Debug"
     bool Enabled = false;
+    bool Imported = false;  // defined by another provider
+    std::uint8_t Id = 0;    // by which the provider's events name the channel
+    std::wstring Message;
+    std::uint32_t MessageId = NoMessage;
 };
 
 // One provider, ready for look-ups.
@@ -53,8 +67,10 @@ class Publisher {
     std::optional<GuidBytes> Guid;
     std::wstring MessageFileName;
     std::wstring ResourceFileName;
+    std::wstring ParameterFileName;
     std::wstring HelpLink;
     std::wstring Message;  // the provider's display name
+    std::uint32_t MessageId = NoMessage;
     std::vector<ChannelReference> Channels;
     // Sorted by value, which the look-ups rely on.
     std::vector<NamedValue> Levels;
