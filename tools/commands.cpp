@@ -98,7 +98,7 @@ void WriteEvents(const std::string&, const evtx::LogFile& file, Output& output) 
     std::string& text = output.Buffer();
     for (std::size_t index = 0; index < file.Chunks().size(); ++index) {
         const auto chunk = file.ReadChunk(index);
-        for (const evtx::RecordPlace& record : chunk->Records()) {
+        for (const evtx::RecordPlace& record : chunk->Places()) {
             const std::size_t begin = text.size();
             if (chunk->AppendXml(record, text)) {
                 EscapeLineBreaks(text, begin);

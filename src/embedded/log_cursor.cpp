@@ -48,12 +48,12 @@ bool LogCursor::Matches(const evtx::RecordPlace& record) {
 
 bool LogCursor::Next(EventPlace& place) {
     while (chunk_ != nullptr || NextChunk()) {
-        const auto records = chunk_->Records();
+        const auto records = chunk_->Places();
         while (recordsDone_ < records.size()) {
             const evtx::RecordPlace& record =
                 newestFirst_ ? records[records.size() - 1 - recordsDone_] : records[recordsDone_];
             ++recordsDone_;
-            if (Matches(record)) {
+            if (Matches(record) && chunk_->IsSound(record)) {
                 place.Chunk = chunk_;
                 place.Record = record;
                 return true;

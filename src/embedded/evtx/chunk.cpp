@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <new>
+#include <optional>
 #include <zlib.h>
 
 #include "embedded/evtx/byte_reader.h"
@@ -19,9 +20,17 @@ constexpr std::size_t RecordsChecksumField = 52;
 constexpr std::size_t HeaderChecksumField = 124;
 constexpr std::size_t HeaderFieldsSize = 120;
 constexpr std::size_t TablesOffset = 128;
-// All events of a chunk together. A sound chunk's records hold less than 64 KiB, which even as arrays of single bytes,
-// each in an element of its own, come to a small part of this.
-constexpr std::int64_t LargestChunk = 8 * LargestEvent;
+constexpr std::int64_t CostOfAnyRecord = 64 * 1024;  // for the fixed text of its template
+constexpr std::int64_t CostOfRecordByte = 512;
+
+enum class RecordState : std::uint8_t { Unknown, Sound, Unsound };
+
+// What the rendering of a record may cost; the same whatever else was read of its chunk before. Even arrays of single
+// bytes, each in an element of its own, cost a sound record a small part of this, and the records of a chunk together
+// are bounded by its 64 KiB.
+constexpr std::int64_t LargestCost(const RecordPlace& record) {
+    return std::min(LargestEvent, CostOfAnyRecord + CostOfRecordByte * record.Size);
+}
 
 std::uint32_t Checksum(std::uint32_t start, std::span<const std::byte> bytes) {
     return static_cast<std::uint32_t>(
@@ -62,12 +71,16 @@ struct Chunk::State {
         return ByteReader(Bytes, record.Offset + RecordHeaderSize, record.Offset + record.Size - RecordSizeCopy);
     }
 
-    // Only places that were handed out are read, so that what was found out about them holds.
-    bool Knows(const RecordPlace& record) const {
+    // The index of a record in Places. Only places that were handed out are read, so that what was found out about them
+    // holds.
+    std::optional<std::size_t> IndexOf(const RecordPlace& record) const {
         const auto found =
-            std::lower_bound(Records.begin(), Records.end(), record.Offset,
+            std::lower_bound(Places.begin(), Places.end(), record.Offset,
                              [](const RecordPlace& place, std::uint32_t offset) { return place.Offset < offset; });
-        return found != Records.end() && found->Offset == record.Offset && found->Size == record.Size;
+        if (found == Places.end() || found->Offset != record.Offset || found->Size != record.Size) {
+            return std::nullopt;
+        }
+        return static_cast<std::size_t>(found - Places.begin());
     }
 
     // Only when somebody asks: sound records are read whatever the checksums say.
@@ -84,17 +97,30 @@ struct Chunk::State {
         Damage.RecordsChecksum = records != LoadUInt32(&bytes[RecordsChecksumField]);
     }
 
-    void KeepSoundRecords() {
-        std::int64_t budget = LargestChunk;
-        const auto unsound = [this, &budget](const RecordPlace& record) {
-            SoundnessHandler handler;
-            const std::int64_t own = std::min(budget, LargestEvent);
-            ProgramRunner runner(Templates, Values, handler, own);
-            const bool sound = runner.RunEvent(Content(record));
-            budget -= own - std::max<std::int64_t>(runner.Budget(), 0);
-            return !sound;
-        };
-        Damage.SkippedRecords += static_cast<std::uint32_t>(std::erase_if(Records, unsound));
+    // Whether the record at an index of Places can be rendered, found out once.
+    bool IsSound(std::size_t index) {
+        if (Soundness[index] == RecordState::Unknown) {
+            const RecordPlace& record = Places[index];
+            const bool sound = Read(record, [&](ByteReader content) {
+                SoundnessHandler handler;
+                return ProgramRunner(Templates, Values, handler, LargestCost(record)).RunEvent(content);
+            });
+            Soundness[index] = sound ? RecordState::Sound : RecordState::Unsound;
+        }
+        return Soundness[index] == RecordState::Sound;
+    }
+
+    void FindSoundRecords() {
+        if (SoundRecordsKnown) {
+            return;
+        }
+        SoundRecordsKnown = true;
+        for (std::size_t index = 0; index < Places.size(); ++index) {
+            if (IsSound(index)) {
+                SoundRecords.push_back(Places[index]);
+            }
+        }
+        Damage.SkippedRecords += static_cast<std::uint32_t>(Places.size() - SoundRecords.size());
     }
 
     // Hands the content of a record that is known to `reader`. A record that there is no memory for counts as one that
@@ -102,27 +128,32 @@ struct Chunk::State {
     template <typename Reader>
     bool Read(const RecordPlace& record, Reader reader) const {
         try {
-            return Knows(record) && reader(Content(record));
+            return IndexOf(record).has_value() && reader(Content(record));
         } catch (const std::bad_alloc&) {
             return false;
         }
     }
 
     template <typename Char>
-    bool AppendXml(ByteReader content, TextBuffer<Char>& buffer, std::basic_string<Char>& xml) {
-        buffer.Clear();
-        XmlHandler<Char> handler(Bytes, buffer);
-        if (!ProgramRunner(Templates, Values, handler, LargestEvent).RunEvent(content)) {
-            return false;
-        }
-        xml.append(buffer.View());
-        return true;
+    bool AppendXml(const RecordPlace& record, TextBuffer<Char>& buffer, std::basic_string<Char>& xml) {
+        return Read(record, [&](ByteReader content) {
+            buffer.Clear();
+            XmlHandler<Char> handler(Bytes, buffer);
+            if (!ProgramRunner(Templates, Values, handler, LargestCost(record)).RunEvent(content)) {
+                return false;
+            }
+            xml.append(buffer.View());
+            return true;
+        });
     }
 
     std::vector<std::byte> Bytes;
     TemplateStore Templates;
     std::vector<Value> Values;
-    std::vector<RecordPlace> Records;
+    std::vector<RecordPlace> Places;
+    std::vector<RecordState> Soundness;  // of each place
+    bool SoundRecordsKnown = false;
+    std::vector<RecordPlace> SoundRecords;
     ChunkDamage Damage;
     bool ChecksumsWanted = false;
     std::size_t UsedEnd = 0;
@@ -137,21 +168,33 @@ Chunk::Chunk(std::vector<std::byte> bytes, bool verifyChecksums) {
     WalkRecords(bytes, walk);
     bytes.resize(bytes.empty() ? 0 : ChunkSize);
     state_ = std::make_unique<State>(std::move(bytes));
-    state_->Records = std::move(walk.Records);
+    state_->Places = std::move(walk.Records);
+    state_->Soundness.resize(state_->Places.size(), RecordState::Unknown);
+    state_->SoundRecords.reserve(state_->Places.size());
     state_->Damage.SkippedRecords = walk.Damaged;
-    state_->Damage.MissingHeader = !walk.HasHeader && !state_->Records.empty();
+    state_->Damage.MissingHeader = !walk.HasHeader && !state_->Places.empty();
     state_->ChecksumsWanted = walk.HasHeader && verifyChecksums;
     state_->UsedEnd = walk.UsedEnd;
-    state_->KeepSoundRecords();
 }
 
 Chunk::~Chunk() = default;
 
 std::span<const RecordPlace> Chunk::Records() const {
-    return state_->Records;
+    state_->FindSoundRecords();
+    return state_->SoundRecords;
+}
+
+std::span<const RecordPlace> Chunk::Places() const {
+    return state_->Places;
+}
+
+bool Chunk::IsSound(const RecordPlace& record) const {
+    const std::optional<std::size_t> index = state_->IndexOf(record);
+    return index && state_->IsSound(*index);
 }
 
 const ChunkDamage& Chunk::Damage() const {
+    state_->FindSoundRecords();
     state_->VerifyChecksums();
     return state_->Damage;
 }
@@ -163,24 +206,23 @@ bool Chunk::ReadSystem(const RecordPlace& record, SystemValues& values) const {
 }
 
 bool Chunk::ReadData(const RecordPlace& record, std::vector<DataValue>& values) const {
-    return state_->Read(
-        record, [&](ByteReader content) { return ReadDataValues(content, state_->Templates, state_->Values, values); });
+    return state_->Read(record, [&](ByteReader content) {
+        return ReadDataValues(content, state_->Templates, state_->Values, LargestCost(record), values);
+    });
 }
 
 bool Chunk::ReadRenderingInfo(const RecordPlace& record, RenderingInfo& info) const {
     return state_->Read(record, [&](ByteReader content) {
-        return ReadRenderingTexts(content, state_->Templates, state_->Values, info);
+        return ReadRenderingTexts(content, state_->Templates, state_->Values, LargestCost(record), info);
     });
 }
 
 bool Chunk::AppendXml(const RecordPlace& record, std::wstring& xml) const {
-    return state_->Read(record,
-                        [&](ByteReader content) { return state_->AppendXml(content, state_->WideBuffer, xml); });
+    return state_->AppendXml(record, state_->WideBuffer, xml);
 }
 
 bool Chunk::AppendXml(const RecordPlace& record, std::string& utf8) const {
-    return state_->Read(record,
-                        [&](ByteReader content) { return state_->AppendXml(content, state_->Utf8Buffer, utf8); });
+    return state_->AppendXml(record, state_->Utf8Buffer, utf8);
 }
 
 }  // namespace corvina::evtx

@@ -221,25 +221,27 @@ class RenderingTextConsumer {
 };
 
 template <typename Consumer>
-bool ReadLeaves(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, Consumer& consumer) {
+bool ReadLeaves(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, std::int64_t budget,
+                Consumer& consumer) {
     LeafHandler<Consumer> handler(templates.Chunk(), consumer);
-    return ProgramRunner(templates, working, handler, LargestEvent).RunEvent(reader);
+    return ProgramRunner(templates, working, handler, budget).RunEvent(reader);
 }
 
 }  // namespace
 
-bool ReadDataValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working,
+bool ReadDataValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, std::int64_t budget,
                     std::vector<DataValue>& values) {
     DataConsumer consumer(values);
-    const bool read = ReadLeaves(reader, templates, working, consumer);
+    const bool read = ReadLeaves(reader, templates, working, budget, consumer);
     values.resize(read ? consumer.Count() : 0);
     return read;
 }
 
-bool ReadRenderingTexts(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, RenderingInfo& info) {
+bool ReadRenderingTexts(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, std::int64_t budget,
+                        RenderingInfo& info) {
     info = {};
     RenderingTextConsumer consumer(info);
-    return ReadLeaves(reader, templates, working, consumer) && consumer.Found();
+    return ReadLeaves(reader, templates, working, budget, consumer) && consumer.Found();
 }
 
 }  // namespace corvina::evtx

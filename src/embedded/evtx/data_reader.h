@@ -10,9 +10,10 @@
 namespace corvina::evtx {
 
 // Each reads the event whose binary XML `reader` stands at; `working` is memory that its owner keeps. False when the
-// binary XML is invalid, and for the texts also when the event has none.
-bool ReadDataValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working,
+// binary XML is invalid or costs more than `budget`, and for the texts also when the event has none.
+bool ReadDataValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, std::int64_t budget,
                     std::vector<DataValue>& values);
-bool ReadRenderingTexts(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, RenderingInfo& info);
+bool ReadRenderingTexts(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, std::int64_t budget,
+                        RenderingInfo& info);
 
 }  // namespace corvina::evtx

@@ -59,8 +59,15 @@ class Chunk {
     Chunk& operator=(const Chunk&) = delete;
 
     // In the order of the chunk. Empty for an unused or unreadable chunk. Records whose binary XML turns out to be
-    // invalid are not in the list: it holds exactly the records that can be rendered.
+    // invalid are not in the list: it holds exactly the records that can be rendered. Each is run once to find out.
     std::span<const RecordPlace> Records() const;
+
+    // The records by their two sizes alone, for readers that want few of them or find out by rendering: some may turn
+    // out to be invalid. IsSound says whether one of them is in Records() as well.
+    std::span<const RecordPlace> Places() const;
+    bool IsSound(const RecordPlace& record) const;
+
+    // Counts the records that are not in Records(), so it runs each once as well.
     const ChunkDamage& Damage() const;
 
     // The System values, straight from the template's slots. False when the record cannot be decoded.

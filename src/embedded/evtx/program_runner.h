@@ -8,6 +8,7 @@
 //     void Piece(const Instruction& instruction);                                  structures only: all else
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -140,7 +141,8 @@ class ProgramRunner {
 
     bool AddPiece(const Instruction& instruction) {
         if constexpr (Handler::WantsStructure) {
-            if (!Charge(16 + std::int64_t{instruction.Length})) {
+            // Never more than the literal that it is in the rendering, so that what can be rendered can be read.
+            if (!Charge(std::max<std::int64_t>(instruction.Length, 1))) {
                 return false;
             }
             handler_.Piece(instruction);
