@@ -16,6 +16,7 @@
 #include "embedded/log_cache.h"
 #include "embedded/log_cursor.h"
 #include "embedded/publisher_folders.h"
+#include "embedded/publisher_properties.h"
 #include "platform/error_codes.h"
 
 namespace corvina::embedded {
@@ -71,6 +72,39 @@ struct PublisherMetadataObject : HandleObject {
     explicit PublisherMetadataObject(std::shared_ptr<const publisher::Publisher> subject)
         : HandleObject(Kind), Subject(std::move(subject)) {}
     std::shared_ptr<const publisher::Publisher> Subject;
+};
+
+struct PublisherEnumerationObject : HandleObject {
+    static constexpr ObjectKind Kind = ObjectKind::PublisherEnumeration;
+    explicit PublisherEnumerationObject(std::vector<std::wstring> names)
+        : HandleObject(Kind), Names(std::move(names)) {}
+    std::vector<std::wstring> Names;
+    std::size_t Next = 0;
+};
+
+// An object array: one of the lists of a publisher.
+struct PublisherListObject : HandleObject {
+    static constexpr ObjectKind Kind = ObjectKind::PublisherList;
+    PublisherListObject(std::shared_ptr<const publisher::Publisher> subject, PublisherList list)
+        : HandleObject(Kind), Subject(std::move(subject)), List(list) {}
+    std::shared_ptr<const publisher::Publisher> Subject;
+    PublisherList List;
+};
+
+struct EventMetadataEnumerationObject : HandleObject {
+    static constexpr ObjectKind Kind = ObjectKind::EventMetadataEnumeration;
+    explicit EventMetadataEnumerationObject(std::shared_ptr<const publisher::Publisher> subject)
+        : HandleObject(Kind), Subject(std::move(subject)) {}
+    std::shared_ptr<const publisher::Publisher> Subject;
+    std::size_t Next = 0;
+};
+
+struct EventMetadataObject : HandleObject {
+    static constexpr ObjectKind Kind = ObjectKind::EventMetadata;
+    EventMetadataObject(std::shared_ptr<const publisher::Publisher> subject, std::size_t index)
+        : HandleObject(Kind), Subject(std::move(subject)), Index(index) {}
+    std::shared_ptr<const publisher::Publisher> Subject;
+    std::size_t Index;  // among the publisher's events
 };
 
 struct EmbeddedEventLog::State {

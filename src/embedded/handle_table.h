@@ -20,7 +20,11 @@ enum class ObjectKind : std::uint8_t {
     Event,
     RenderContext,
     Log,
-    PublisherMetadata
+    PublisherMetadata,
+    PublisherEnumeration,
+    PublisherList,
+    EventMetadataEnumeration,
+    EventMetadata
 };
 
 // What stands behind a handle. Each kind of object has a class of its own with a constant `Kind`.

@@ -37,6 +37,11 @@ std::shared_ptr<const publisher::Publisher> PublisherFolders::Find(const std::fi
     return manifests == nullptr ? nullptr : manifests->Find(name);
 }
 
+std::vector<std::wstring> PublisherFolders::Names(const std::filesystem::path& folder) {
+    publisher::PublisherFolder* const manifests = Open(folder);
+    return manifests == nullptr ? std::vector<std::wstring>() : manifests->Names();
+}
+
 std::vector<std::wstring> PublisherFolders::PublishersOfChannel(const std::filesystem::path& folder,
                                                                 std::wstring_view channelPath) {
     std::vector<std::wstring> result;

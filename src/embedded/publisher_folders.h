@@ -17,6 +17,9 @@ class PublisherFolders {
     // The provider of that name in a folder; none when the folder or the provider is not there.
     std::shared_ptr<const publisher::Publisher> Find(const std::filesystem::path& folder, std::wstring_view name);
 
+    // The names of all providers in a folder, sorted.
+    std::vector<std::wstring> Names(const std::filesystem::path& folder);
+
     // The names of the providers whose manifests write to a channel, sorted.
     std::vector<std::wstring> PublishersOfChannel(const std::filesystem::path& folder, std::wstring_view channelPath);
 

@@ -1,5 +1,4 @@
-// Operations that the embedded event log refuses with error::NotSupported: changing and exporting logs, and listing
-// what publishers define.
+// Operations that the embedded event log refuses with error::NotSupported: changing and exporting logs.
 #include "embedded/embedded_state.h"
 
 namespace corvina::embedded {
@@ -10,48 +9,6 @@ BOOL EmbeddedEventLog::EvtSetChannelConfigProperty(EVT_HANDLE, EVT_CHANNEL_CONFI
 }
 
 BOOL EmbeddedEventLog::EvtSaveChannelConfig(EVT_HANDLE, DWORD) {
-    state_->LastError = error::NotSupported;
-    return FALSE;
-}
-
-EVT_HANDLE EmbeddedEventLog::EvtOpenPublisherEnum(EVT_HANDLE, DWORD) {
-    state_->LastError = error::NotSupported;
-    return nullptr;
-}
-
-BOOL EmbeddedEventLog::EvtNextPublisherId(EVT_HANDLE, DWORD, LPWSTR, DWORD*) {
-    state_->LastError = error::NotSupported;
-    return FALSE;
-}
-
-BOOL EmbeddedEventLog::EvtGetPublisherMetadataProperty(EVT_HANDLE, EVT_PUBLISHER_METADATA_PROPERTY_ID, DWORD, DWORD,
-                                                       EVT_VARIANT*, DWORD*) {
-    state_->LastError = error::NotSupported;
-    return FALSE;
-}
-
-BOOL EmbeddedEventLog::EvtGetObjectArraySize(EVT_HANDLE, DWORD*) {
-    state_->LastError = error::NotSupported;
-    return FALSE;
-}
-
-BOOL EmbeddedEventLog::EvtGetObjectArrayProperty(EVT_HANDLE, DWORD, DWORD, DWORD, DWORD, EVT_VARIANT*, DWORD*) {
-    state_->LastError = error::NotSupported;
-    return FALSE;
-}
-
-EVT_HANDLE EmbeddedEventLog::EvtOpenEventMetadataEnum(EVT_HANDLE, DWORD) {
-    state_->LastError = error::NotSupported;
-    return nullptr;
-}
-
-EVT_HANDLE EmbeddedEventLog::EvtNextEventMetadata(EVT_HANDLE, DWORD) {
-    state_->LastError = error::NotSupported;
-    return nullptr;
-}
-
-BOOL EmbeddedEventLog::EvtGetEventMetadataProperty(EVT_HANDLE, EVT_EVENT_METADATA_PROPERTY_ID, DWORD, DWORD,
-                                                   EVT_VARIANT*, DWORD*) {
     state_->LastError = error::NotSupported;
     return FALSE;
 }

@@ -41,6 +41,7 @@ class VariantRow {
     void SetBoolean(std::size_t index, bool value) {
         Typed(index, EvtVarTypeBoolean).BooleanVal = value ? TRUE : FALSE;
     }
+    void SetHandle(std::size_t index, EVT_HANDLE value) { Typed(index, EvtVarTypeEvtHandle).EvtHandleVal = value; }
 
     void SetText(std::size_t index, std::wstring_view text) {
         Typed(index, EvtVarTypeString);

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "embedded/embedded_event_log.h"
+#include "embedded/event_log_under_test.h"
 #include "platform/error_codes.h"
 #include "platform/evt_handle.h"
 #include "support/event_log_fixture.h"
@@ -19,9 +19,12 @@ class EmbeddedLogTest : public testing::Test {
   protected:
     EmbeddedLogTest()
         : Store(Folder.Path() / "store"),
-          Log(std::make_unique<embedded::EmbeddedEventLog>(Store.Folder(), L"TESTPC")) {}
+          UnderTest(OpenEventLogUnderTest(Store.Folder(), L"TESTPC")),
+          Log(UnderTest.Log.get()) {}
 
-    void TearDown() override { EXPECT_EQ(Log->OpenHandleCount(), 0u); }
+    void TearDown() override { EXPECT_EQ(OpenHandleCount(), 0u); }
+
+    std::size_t OpenHandleCount() const { return UnderTest.OpenHandleCount(); }
 
     EvtHandle Held(EVT_HANDLE handle) { return EvtHandle(*Log, handle); }
 
@@ -116,7 +119,8 @@ class EmbeddedLogTest : public testing::Test {
 
     TemporaryFolder Folder;
     TestStore Store;
-    std::unique_ptr<embedded::EmbeddedEventLog> Log;
+    EventLogUnderTest UnderTest;
+    EventLogApi* Log;
 };
 
 }  // namespace corvina::test
