@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -161,6 +162,10 @@ struct EmbeddedEventLog::State {
     // of EvtQuery. Returns an error code.
     std::uint32_t OpenQuery(EVT_HANDLE session, LPCWSTR path, LPCWSTR query, DWORD flags,
                             std::unique_ptr<EventQuery>& events);
+    std::uint32_t OpenPath(EVT_HANDLE session, LPCWSTR path, std::wstring_view text, DWORD flags,
+                           std::unique_ptr<EventQuery>& events);
+    std::uint32_t OpenDocument(EVT_HANDLE session, std::wstring_view text, DWORD flags,
+                               std::unique_ptr<EventQuery>& events);
 
     // The log of a channel; none, without an error, for a channel that has no file yet. Returns an error code.
     std::uint32_t OpenChannelLog(const Channel& channel, std::shared_ptr<const OpenLogFile>& log);

@@ -95,7 +95,7 @@ std::uint32_t ComputerFolder::CheckAccount(const Credentials& credentials) const
     return error::Success;
 }
 
-std::shared_ptr<const Channel> ComputerFolder::Known(std::wstring_view path) const {
+std::shared_ptr<const Channel> ComputerFolder::KnownChannel(std::wstring_view path) const {
     const std::wstring folded = FoldCase(path);
     const auto place = std::lower_bound(channels_.begin(), channels_.end(), folded,
                                         [](const std::shared_ptr<const Channel>& channel, const std::wstring& key) {
@@ -105,10 +105,10 @@ std::shared_ptr<const Channel> ComputerFolder::Known(std::wstring_view path) con
 }
 
 std::shared_ptr<const Channel> ComputerFolder::FindChannel(std::wstring_view path) {
-    std::shared_ptr<const Channel> channel = Known(path);
+    std::shared_ptr<const Channel> channel = KnownChannel(path);
     std::error_code error;
     const bool outdated = channel == nullptr || channel->HasFile != fs::exists(channel->File, error);
-    return outdated && Refresh() == error::Success ? Known(path) : channel;
+    return outdated && Refresh() == error::Success ? KnownChannel(path) : channel;
 }
 
 bool EventStore::IsLocal(std::wstring_view name) const {

@@ -40,11 +40,12 @@ class ComputerFolder {
     // Refresh is found too.
     std::shared_ptr<const Channel> FindChannel(std::wstring_view path);
 
+    // The same among those that the last Refresh found.
+    std::shared_ptr<const Channel> KnownChannel(std::wstring_view path) const;
+
     std::filesystem::path PublishersFolder() const { return folder_ / "publishers"; }
 
   private:
-    std::shared_ptr<const Channel> Known(std::wstring_view path) const;
-
     std::filesystem::path folder_;
     std::vector<std::shared_ptr<const Channel>> channels_;
 };

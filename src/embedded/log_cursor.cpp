@@ -1,67 +1,103 @@
 #include "embedded/log_cursor.h"
 
+#include <utility>
+
 #include "embedded/record_values.h"
 
 namespace corvina::embedded {
+namespace {
 
-LogCursor::LogCursor(std::shared_ptr<const OpenLogFile> log, std::shared_ptr<const xpath::Filter> filter,
+bool IsSame(const evtx::RecordPlace& left, const evtx::RecordPlace& right) {
+    return left.Offset == right.Offset && left.Size == right.Size && left.RecordId == right.RecordId &&
+           left.WrittenTime == right.WrittenTime;
+}
+
+}  // namespace
+
+LogCursor::LogCursor(std::shared_ptr<const OpenLogFile> log, std::shared_ptr<const xpath::Selection> selection,
                      bool newestFirst)
-    : log_(std::move(log)), filter_(std::move(filter)), newestFirst_(newestFirst) {
-    if (filter_->MatchesNothing()) {
+    : log_(std::move(log)),
+      selection_(std::move(selection)),
+      newestFirst_(newestFirst),
+      takesEverything_(selection_->MatchesEverything()) {
+    if (selection_->MatchesNothing()) {
         log_ = nullptr;
     }
 }
 
-// The chunk table answers for a record id when the events carry the ids that it lists.
+std::size_t LogCursor::ChunkIndex(std::size_t chunksBefore) const {
+    return newestFirst_ ? log_->File().Chunks().size() - 1 - chunksBefore : chunksBefore;
+}
+
+evtx::RecordPlace LogCursor::RecordAt(std::size_t recordsBefore) const {
+    const auto records = chunk_->Places();
+    return newestFirst_ ? records[records.size() - 1 - recordsBefore] : records[recordsBefore];
+}
+
+// The chunk table answers for record ids when the events carry the ids that it lists.
 bool LogCursor::MayHoldMatches(std::size_t chunkIndex) const {
-    const std::optional<std::uint64_t> recordId = filter_->RecordId();
-    if (!recordId) {
-        return true;
-    }
     const evtx::ChunkPlace& chunk = log_->File().Chunks()[chunkIndex];
-    const bool inRange = *recordId >= chunk.FirstRecordId && *recordId <= chunk.LastRecordId;
-    return inRange || !log_->EventsCarryRecordIds();
+    return selection_->MayMatchRecordIds(chunk.FirstRecordId, chunk.LastRecordId) || !log_->EventsCarryRecordIds();
 }
 
 bool LogCursor::NextChunk() {
     chunk_ = nullptr;
     recordsDone_ = 0;
+    insideChunk_ = false;
     const std::size_t count = log_ == nullptr ? 0 : log_->File().Chunks().size();
-    while (chunksDone_ < count) {
-        const std::size_t index = newestFirst_ ? count - 1 - chunksDone_ : chunksDone_;
+    while (chunksDone_ < count && !insideChunk_) {
+        insideChunk_ = MayHoldMatches(ChunkIndex(chunksDone_));
         ++chunksDone_;
-        if (MayHoldMatches(index)) {
-            chunk_ = log_->File().ReadChunk(index);
-            return true;
-        }
     }
-    return false;
+    return HoldChunk();
+}
+
+// Has the chunk that the cursor is in, if it is in one, in memory.
+bool LogCursor::HoldChunk() {
+    if (insideChunk_ && chunk_ == nullptr) {
+        chunk_ = log_->File().ReadChunk(ChunkIndex(chunksDone_ - 1));
+    }
+    return insideChunk_;
 }
 
 bool LogCursor::Matches(const evtx::RecordPlace& record) {
-    if (filter_->MatchesEverything()) {
+    if (takesEverything_) {
         return true;
     }
     RecordValues values(*chunk_, record, system_, data_);
-    return filter_->Matches(values);
+    return selection_->Matches(values);
 }
 
-bool LogCursor::Next(EventPlace& place) {
-    while (chunk_ != nullptr || NextChunk()) {
-        const auto records = chunk_->Places();
-        while (recordsDone_ < records.size()) {
-            const evtx::RecordPlace& record =
-                newestFirst_ ? records[records.size() - 1 - recordsDone_] : records[recordsDone_];
+bool LogCursor::Next() {
+    bool inside = HoldChunk() || NextChunk();
+    while (inside) {
+        const std::size_t count = chunk_->Places().size();
+        while (recordsDone_ < count) {
+            record_ = RecordAt(recordsDone_);
             ++recordsDone_;
-            if (Matches(record) && chunk_->IsSound(record)) {
-                place.Chunk = chunk_;
-                place.Record = record;
+            if (Matches(record_) && chunk_->IsSound(record_)) {
                 return true;
             }
         }
-        chunk_ = nullptr;
+        inside = NextChunk();
     }
     return false;
+}
+
+bool LogCursor::Get(EventPlace& place) {
+    if (!HoldChunk() || recordsDone_ > chunk_->Places().size() || !IsSame(RecordAt(recordsDone_ - 1), record_)) {
+        return false;
+    }
+    place.Chunk = chunk_;
+    place.Record = record_;
+    return true;
+}
+
+std::uint64_t LogCursor::Time() {
+    HoldChunk();
+    RecordValues values(*chunk_, record_, system_, data_);
+    const evtx::SystemValues* const system = values.System();
+    return system == nullptr ? record_.WrittenTime : system->TimeCreated.value_or(record_.WrittenTime);
 }
 
 }  // namespace corvina::embedded

@@ -1,13 +1,14 @@
-// Walking the events of one log that a filter lets through, in either direction, with one chunk in memory at a time.
+// Walking the events of one log that a query takes, in either direction, with one chunk in memory at a time.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "embedded/evtx/log_file.h"
 #include "embedded/log_cache.h"
-#include "embedded/xpath/filter.h"
+#include "embedded/xpath/selection.h"
 
 namespace corvina::embedded {
 
@@ -19,25 +20,41 @@ struct EventPlace {
 
 class LogCursor {
   public:
-    // `log` may be none: the log of a channel that has never been written to is empty.
-    LogCursor(std::shared_ptr<const OpenLogFile> log, std::shared_ptr<const xpath::Filter> filter, bool newestFirst);
+    // Stands before the first event. `log` may be none: the log of a channel that has never been written to is empty.
+    LogCursor(std::shared_ptr<const OpenLogFile> log, std::shared_ptr<const xpath::Selection> selection,
+              bool newestFirst);
 
     // Moves to the next event; false at the end.
-    bool Next(EventPlace& place);
+    bool Next();
+
+    // The event that the cursor has been moved to. False when the file has changed since and no longer holds it.
+    bool Get(EventPlace& place);
+
+    // When that event was created, or written if it does not say; a file time.
+    std::uint64_t Time();
+
+    // Frees the chunk; it is read again when it is needed.
+    void LetGoOfChunk() { chunk_ = nullptr; }
 
   private:
     bool NextChunk();
+    bool HoldChunk();
+    std::size_t ChunkIndex(std::size_t chunksBefore) const;
+    evtx::RecordPlace RecordAt(std::size_t recordsBefore) const;
     bool MayHoldMatches(std::size_t chunkIndex) const;
     bool Matches(const evtx::RecordPlace& record);
 
     std::shared_ptr<const OpenLogFile> log_;
-    std::shared_ptr<const xpath::Filter> filter_;
+    std::shared_ptr<const xpath::Selection> selection_;
     bool newestFirst_;
-    std::size_t chunksDone_ = 0;
+    bool takesEverything_;
+    bool insideChunk_ = false;     // of the chunk before chunksDone_
+    std::size_t chunksDone_ = 0;   // the one that the cursor is in included
+    std::size_t recordsDone_ = 0;  // of that chunk, the event that the cursor is at included
+    evtx::RecordPlace record_;     // that event
     std::shared_ptr<const evtx::Chunk> chunk_;
-    std::size_t recordsDone_ = 0;  // of chunk_
 
-    // Reused for each event that the filter is asked about.
+    // Reused for each event that is looked at.
     evtx::SystemValues system_;
     std::vector<evtx::DataValue> data_;
 };

@@ -1,34 +1,10 @@
 // Operations of the embedded event log on queries and their events.
-#include "base/path_text.h"
-#include "embedded/clock.h"
 #include "embedded/embedded_state.h"
 #include "embedded/system_row.h"
 #include "embedded/variant_row.h"
-#include "embedded/xpath/filter.h"
 
 namespace corvina::embedded {
 namespace {
-
-constexpr DWORD PathFlags = EvtQueryChannelPath | EvtQueryFilePath;
-constexpr DWORD DirectionFlags = EvtQueryForwardDirection | EvtQueryReverseDirection;
-constexpr DWORD AllQueryFlags = PathFlags | DirectionFlags | EvtQueryTolerateQueryErrors;
-
-// One kind of path and at most one direction; forward when none is given.
-bool AreQueryFlagsValid(DWORD flags) {
-    const DWORD path = flags & PathFlags;
-    return (flags & ~AllQueryFlags) == 0 && path != 0 && path != PathFlags &&
-           (flags & DirectionFlags) != DirectionFlags;
-}
-
-bool IsQueryDocument(std::wstring_view query) {
-    const std::size_t first = query.find_first_not_of(L" \t\r\n\xFEFF");
-    return first != std::wstring_view::npos && query[first] == L'<';
-}
-
-// The one place where a query over several logs, given as a document, is opened. None is understood.
-std::uint32_t OpenQueryDocument() {
-    return error::InvalidQuery;
-}
 
 // Writes the whole text or nothing; sizes are in bytes here.
 std::uint32_t WriteXml(const std::wstring& xml, DWORD bufferSize, PVOID buffer, DWORD* used) {
@@ -42,47 +18,6 @@ std::uint32_t WriteXml(const std::wstring& xml, DWORD bufferSize, PVOID buffer, 
 }
 
 }  // namespace
-
-// A file path may be relative and may use either separator. With error::ChannelNotFound and the like it makes no
-// difference whether errors are to be tolerated: that is about the other logs of a query, and there are none.
-std::uint32_t EmbeddedEventLog::State::OpenQuery(EVT_HANDLE session, LPCWSTR path, LPCWSTR query, DWORD flags,
-                                                 std::unique_ptr<EventQuery>& events) {
-    if (!AreQueryFlagsValid(flags)) {
-        return error::InvalidParameter;
-    }
-    if (session != nullptr && Handles.Find<SessionObject>(session) == nullptr) {
-        return error::InvalidHandle;
-    }
-    const std::wstring_view text(query == nullptr ? L"" : query);
-    if (IsQueryDocument(text)) {
-        return OpenQueryDocument();
-    }
-    if (path == nullptr) {
-        return error::InvalidParameter;
-    }
-    std::shared_ptr<const OpenLogFile> log;
-    std::uint32_t error = error::Success;
-    if ((flags & EvtQueryFilePath) != 0) {
-        log = Logs.Open(PathFromText(path), error);
-    } else {
-        std::shared_ptr<ComputerFolder> computer;
-        std::shared_ptr<const Channel> channel;
-        error = FindChannel(session, path, computer, channel);
-        if (error == error::Success) {
-            error = OpenChannelLog(*channel, log);
-        }
-    }
-    if (error != error::Success) {
-        return error;
-    }
-    std::shared_ptr<const xpath::Filter> filter = xpath::Filter::Parse(text, CurrentFileTime());
-    if (filter == nullptr) {
-        return error::InvalidQuery;
-    }
-    const bool newestFirst = (flags & EvtQueryReverseDirection) != 0;
-    events = std::make_unique<EventQuery>(LogCursor(std::move(log), std::move(filter), newestFirst), path);
-    return error::Success;
-}
 
 EVT_HANDLE EmbeddedEventLog::EvtQuery(EVT_HANDLE session, LPCWSTR path, LPCWSTR query, DWORD flags) {
     return state_->Open([&](std::unique_ptr<HandleObject>& object) -> std::uint32_t {
