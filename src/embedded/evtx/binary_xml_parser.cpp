@@ -15,33 +15,6 @@ constexpr std::size_t NameTerminatorSize = 2;
 constexpr std::uint32_t LongestName = 256;
 constexpr std::uint32_t MostAttributes = 256;  // of one element
 
-struct Name {
-    std::uint32_t Place = 0;
-    std::uint32_t Length = 0;
-};
-
-// Names are stored once a chunk: right here on first use, elsewhere in the chunk afterwards.
-bool ReadName(ByteReader& reader, Name& name) {
-    std::uint32_t offset = 0;
-    if (!reader.Read(offset)) {
-        return false;
-    }
-    const auto chunk = reader.Bytes();
-    if (offset > chunk.size() || chunk.size() - offset < NameHeaderSize) {
-        return false;
-    }
-    name.Length = LoadUInt16(chunk.data() + offset + 6);
-    name.Place = offset + static_cast<std::uint32_t>(NameHeaderSize);
-    if (name.Length > LongestName || chunk.size() - name.Place < 2 * std::size_t{name.Length}) {
-        return false;
-    }
-    if (offset == reader.Position() &&
-        !reader.Skip(NameHeaderSize + 2 * std::size_t{name.Length} + NameTerminatorSize)) {
-        return false;
-    }
-    return IsXmlName(chunk.subspan(name.Place, 2 * std::size_t{name.Length}));
-}
-
 bool ReadText(ByteReader& reader, Instruction& text) {
     std::uint16_t length = 0;
     if (!reader.Read(length)) {
@@ -260,7 +233,7 @@ class ElementParser {
     }
 
     bool AddNamed(Operation operation) {
-        Name name;
+        NamePlace name;
         if (!ReadName(reader_, name)) {
             return false;
         }
@@ -294,6 +267,28 @@ class ElementParser {
 };
 
 }  // namespace
+
+// Names are stored once a chunk: right here on first use, elsewhere in the chunk afterwards.
+bool ReadName(ByteReader& reader, NamePlace& name) {
+    std::uint32_t offset = 0;
+    if (!reader.Read(offset)) {
+        return false;
+    }
+    const auto chunk = reader.Bytes();
+    if (offset > chunk.size() || chunk.size() - offset < NameHeaderSize) {
+        return false;
+    }
+    name.Length = LoadUInt16(chunk.data() + offset + 6);
+    name.Place = offset + static_cast<std::uint32_t>(NameHeaderSize);
+    if (name.Length > LongestName || chunk.size() - name.Place < 2 * std::size_t{name.Length}) {
+        return false;
+    }
+    if (offset == reader.Position() &&
+        !reader.Skip(NameHeaderSize + 2 * std::size_t{name.Length} + NameTerminatorSize)) {
+        return false;
+    }
+    return IsXmlName(chunk.subspan(name.Place, 2 * std::size_t{name.Length}));
+}
 
 bool SkipFragmentHeaders(ByteReader& reader) {
     std::uint8_t byte = 0;

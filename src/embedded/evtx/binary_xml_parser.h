@@ -29,6 +29,16 @@ inline constexpr std::uint8_t FragmentHeader = 0x0F;
 inline constexpr std::uint8_t MoreFollow = 0x40;
 }  // namespace token
 
+// A name in its chunk: where its text begins, and its length in UTF-16 units.
+struct NamePlace {
+    std::uint32_t Place = 0;
+    std::uint32_t Length = 0;
+};
+
+// Reads a reference to a name, with the name itself when it is stored right behind. False when it leaves the chunk, is
+// too long or not a name in XML.
+bool ReadName(ByteReader& reader, NamePlace& name);
+
 // Passes the fragment headers at the front. False when one of them is cut off or of an unknown version.
 bool SkipFragmentHeaders(ByteReader& reader);
 

@@ -7,6 +7,7 @@
 #include "embedded/evtx/data_reader.h"
 #include "embedded/evtx/log_file.h"
 #include "embedded/evtx/program_runner.h"
+#include "embedded/evtx/record_copy.h"
 #include "embedded/evtx/record_walk.h"
 #include "embedded/evtx/system_reader.h"
 #include "embedded/evtx/template_store.h"
@@ -159,6 +160,7 @@ struct Chunk::State {
     std::size_t UsedEnd = 0;
     TextBuffer<char> Utf8Buffer;
     TextBuffer<wchar_t> WideBuffer;
+    RecordCopier Copier{Bytes};
 };
 
 Chunk::Chunk(std::vector<std::byte> bytes, bool verifyChecksums) {
@@ -223,6 +225,11 @@ bool Chunk::AppendXml(const RecordPlace& record, std::wstring& xml) const {
 
 bool Chunk::AppendXml(const RecordPlace& record, std::string& utf8) const {
     return state_->AppendXml(record, state_->Utf8Buffer, utf8);
+}
+
+bool Chunk::Copy(const RecordPlace& record, RecordCopy& copy) const {
+    copy.WrittenTime = record.WrittenTime;
+    return state_->Read(record, [&](ByteReader content) { return state_->Copier.Copy(content, copy); });
 }
 
 }  // namespace corvina::evtx

@@ -19,6 +19,8 @@ namespace corvina::evtx {
 inline constexpr std::size_t ChunkSize = 65536;
 inline constexpr std::size_t FileHeaderSize = 4096;
 
+struct RecordCopy;
+
 // The facts of a file's header, as they stand there: in a dirty file they are out of date.
 struct FileHeader {
     std::uint64_t FirstChunk = 0;
@@ -84,6 +86,9 @@ class Chunk {
     // characters, half surrogates) are written so that the result stays well-formed.
     bool AppendXml(const RecordPlace& record, std::wstring& xml) const;
     bool AppendXml(const RecordPlace& record, std::string& utf8) const;
+
+    // Makes a copy of the record that can be written into another chunk. False when the record cannot be decoded.
+    bool Copy(const RecordPlace& record, RecordCopy& copy) const;
 
   private:
     struct State;

@@ -7,7 +7,6 @@
 
 #include "embedded/evtx/log_file.h"
 #include "embedded/evtx/writer_chunk.h"
-#include "embedded/evtx/writer_file.h"
 #include "platform/error_codes.h"
 
 namespace corvina::evtx {
@@ -74,10 +73,11 @@ std::string FileHeaderBlock(std::uint64_t chunkCount, std::uint64_t nextRecordId
 }  // namespace
 
 struct LogFileWriter::State {
-    State(std::filesystem::path target, std::uint64_t firstRecordId)
-        : File(std::move(target)), NextRecordId(firstRecordId) {}
+    State(std::filesystem::path target, std::uint64_t firstRecordId, ExistingFile existing)
+        : Target(std::move(target)), Existing(existing), NextRecordId(firstRecordId) {}
 
     std::uint32_t Add(const WriterEvent& event);
+    std::uint32_t Add(const RecordCopy& record);
     std::uint32_t Finish();
 
     // Runs a step unless an earlier one failed. The first failure is kept, and takes the temporary file with it.
@@ -92,65 +92,85 @@ struct LogFileWriter::State {
                 Failure = error::AccessDenied;
             }
             if (Failure != error::Success) {
-                File.Discard();
+                File = nullptr;
             }
         }
         return Failure;
     }
 
+    std::uint64_t LeftOut = 0;
+
   private:
     // Room for the header is made with the first bytes, so that chunks follow one another without seeking.
     std::uint32_t Begin();
     std::uint32_t WriteChunk();
+    template <typename Record>
+    std::uint32_t Append(const Record& record, std::uint64_t recordId, bool& fits);
 
-    WriterFile File;
+    std::filesystem::path Target;
+    ExistingFile Existing;
+    std::unique_ptr<ReplacingFile> File;
     ChunkBuilder Chunk;
     std::uint64_t NextRecordId;
     std::uint64_t RecordCount = 0;
     std::uint64_t ChunkCount = 0;
     std::uint32_t Failure = error::Success;
-    bool Begun = false;
     bool Finished = false;
 };
 
 std::uint32_t LogFileWriter::State::Begin() {
-    if (Begun) {
-        return error::Success;
+    std::uint32_t failure = error::Success;
+    if (File != nullptr) {
+        return failure;
     }
-    Begun = true;
-    const std::uint32_t failure = File.Create();
-    return failure != error::Success ? failure : File.Append(std::string(FileHeaderSize, '\0'));
+    File = CreateReplacingFile(Target, Existing, failure);
+    return File == nullptr ? failure : File->Append(std::string(FileHeaderSize, '\0'));
 }
 
 std::uint32_t LogFileWriter::State::WriteChunk() {
-    const std::uint32_t failure = File.Append(Chunk.Seal());
+    const std::uint32_t failure = File->Append(Chunk.Seal());
     ++ChunkCount;
     Chunk.Start(RecordCount + 1);
     return failure;
+}
+
+// Adds to this chunk or, when it is full, to the next one, if one is large enough at all.
+template <typename Record>
+std::uint32_t LogFileWriter::State::Append(const Record& record, std::uint64_t recordId, bool& fits) {
+    if (const std::uint32_t failure = Begin(); failure != error::Success) {
+        return failure;
+    }
+    fits = Chunk.Append(record, recordId);
+    if (!fits && !Chunk.IsEmpty()) {
+        if (const std::uint32_t failure = WriteChunk(); failure != error::Success) {
+            return failure;
+        }
+        fits = Chunk.Append(record, recordId);
+    }
+    if (fits) {
+        ++RecordCount;
+        NextRecordId = std::max(NextRecordId, recordId + 1);
+    }
+    return error::Success;
 }
 
 std::uint32_t LogFileWriter::State::Add(const WriterEvent& event) {
     if (Finished || !IsWritable(event)) {
         return error::InvalidParameter;
     }
-    if (const std::uint32_t failure = Begin(); failure != error::Success) {
-        return failure;
+    bool fits = true;
+    const std::uint32_t failure = Append(event, event.System.EventRecordId.value_or(NextRecordId), fits);
+    return failure == error::Success && !fits ? error::InvalidParameter : failure;
+}
+
+std::uint32_t LogFileWriter::State::Add(const RecordCopy& record) {
+    if (Finished) {
+        return error::InvalidParameter;
     }
-    const std::uint64_t recordId = event.System.EventRecordId.value_or(NextRecordId);
-    if (!Chunk.Append(event, recordId)) {
-        if (Chunk.IsEmpty()) {
-            return error::InvalidParameter;
-        }
-        if (const std::uint32_t failure = WriteChunk(); failure != error::Success) {
-            return failure;
-        }
-        if (!Chunk.Append(event, recordId)) {
-            return error::InvalidParameter;
-        }
-    }
-    ++RecordCount;
-    NextRecordId = std::max(NextRecordId, recordId + 1);
-    return error::Success;
+    bool fits = true;
+    const std::uint32_t failure = Append(record, NextRecordId, fits);
+    LeftOut += fits ? 0 : 1;
+    return failure;
 }
 
 std::uint32_t LogFileWriter::State::Finish() {
@@ -164,18 +184,26 @@ std::uint32_t LogFileWriter::State::Finish() {
         failure = WriteChunk();
     }
     if (failure == error::Success) {
-        failure = File.WriteFront(FileHeaderBlock(ChunkCount, NextRecordId));
+        failure = File->WriteFront(FileHeaderBlock(ChunkCount, NextRecordId));
     }
-    return failure != error::Success ? failure : File.Commit();
+    return failure != error::Success ? failure : File->Commit();
 }
 
-LogFileWriter::LogFileWriter(std::filesystem::path target, std::uint64_t firstRecordId)
-    : state_(std::make_unique<State>(std::move(target), firstRecordId)) {}
+LogFileWriter::LogFileWriter(std::filesystem::path target, std::uint64_t firstRecordId, ExistingFile existing)
+    : state_(std::make_unique<State>(std::move(target), firstRecordId, existing)) {}
 
 LogFileWriter::~LogFileWriter() = default;
 
 std::uint32_t LogFileWriter::Add(const WriterEvent& event) {
     return state_->Run([&] { return state_->Add(event); });
+}
+
+std::uint32_t LogFileWriter::Add(const RecordCopy& record) {
+    return state_->Run([&] { return state_->Add(record); });
+}
+
+std::uint64_t LogFileWriter::LeftOut() const {
+    return state_->LeftOut;
 }
 
 std::uint32_t LogFileWriter::Finish() {

@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "base/identifiers.h"
+#include "embedded/evtx/record_copy.h"
 #include "embedded/evtx/system_values.h"
+#include "platform/replacing_file.h"
 
 namespace corvina::evtx {
 
@@ -34,8 +36,9 @@ struct WriterEvent {
 
 class LogFileWriter {
   public:
-    // `target` is replaced when Finish succeeds. The temporary file is removed by the destructor otherwise.
-    LogFileWriter(std::filesystem::path target, std::uint64_t firstRecordId = 1);
+    // `target` is written when Finish succeeds. The temporary file is removed by the destructor otherwise.
+    LogFileWriter(std::filesystem::path target, std::uint64_t firstRecordId = 1,
+                  ExistingFile existing = ExistingFile::Replace);
     ~LogFileWriter();
     LogFileWriter(const LogFileWriter&) = delete;
     LogFileWriter& operator=(const LogFileWriter&) = delete;
@@ -43,6 +46,14 @@ class LogFileWriter {
     // Adds one event. Returns 0, or an error code: 87 when the event does not fit into a chunk or one of its values is
     // not of its kind, otherwise the file system's. After an error nothing more can be added.
     std::uint32_t Add(const WriterEvent& event);
+
+    // Adds a copy of another log's record under the next record identifier; what the event says of itself, its own
+    // EventRecordID included, stays. A copy that is too large for a chunk, which no sound log has, is left out and
+    // counted. Returns 0 or the file system's error code, after which nothing more can be added.
+    std::uint32_t Add(const RecordCopy& record);
+
+    // Copies that were left out so far.
+    std::uint64_t LeftOut() const;
 
     // Writes what is left and the file's header, and renames the file to its target. Returns 0 or an error code.
     // Without any event the log is an empty one.

@@ -1,11 +1,11 @@
 #include "embedded/evtx/writer_chunk.h"
 
-#include <span>
 #include <zlib.h>
 
 #include "base/utf.h"
 #include "embedded/evtx/log_file.h"
 #include "embedded/evtx/writer_templates.h"
+#include "embedded/evtx/writer_values.h"
 
 namespace corvina::evtx {
 namespace {
@@ -16,54 +16,11 @@ constexpr std::size_t StringTableOffset = 128;
 constexpr std::size_t TemplateTableOffset = 384;
 constexpr std::size_t RecordAlignment = 8;
 constexpr std::uint32_t RecordSignature = 0x2A2A;
-constexpr std::size_t DescriptorSize = 4;
 
 std::uint32_t Checksum(uLong seed, std::string_view bytes) {
     return static_cast<std::uint32_t>(
         crc32(seed, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size())));
 }
-
-// The values of a template instance: their count, a descriptor for each, then their bytes.
-class ValueList {
-  public:
-    ValueList(std::string& chunk, std::size_t count) : chunk_(chunk) {
-        AppendInteger(chunk_, count, 4);
-        descriptor_ = chunk_.size();
-        chunk_.append(count * DescriptorSize, '\0');
-        begin_ = chunk_.size();
-    }
-
-    void Null() { End(ValueType::Null); }
-
-    void Integer(ValueType type, std::uint64_t value, std::size_t size) {
-        AppendInteger(chunk_, value, size);
-        End(type);
-    }
-
-    void Text(std::wstring_view text) {
-        AppendUtf16Bytes(text, chunk_);
-        End(ValueType::Text);
-    }
-
-    void Bytes(ValueType type, std::span<const std::byte> bytes) {
-        chunk_.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-        End(type);
-    }
-
-    // Ends the value whose bytes were appended since the last one. A value of 64 KiB or more overflows the chunk, too,
-    // so its cut-off size is never seen.
-    void End(ValueType type) {
-        PutInteger(chunk_, descriptor_, chunk_.size() - begin_, 2);
-        PutInteger(chunk_, descriptor_ + 2, static_cast<std::uint8_t>(type), 1);
-        descriptor_ += DescriptorSize;
-        begin_ = chunk_.size();
-    }
-
-  private:
-    std::string& chunk_;
-    std::size_t descriptor_ = 0;
-    std::size_t begin_ = 0;
-};
 
 // Appends one System value, or a null when it is absent.
 class SystemValueList {
@@ -149,11 +106,34 @@ void ChunkBuilder::Start(std::uint64_t firstRecordNumber) {
 }
 
 bool ChunkBuilder::Append(const WriterEvent& event, std::uint64_t recordId) {
-    const std::size_t mark = bytes_.size();
+    return AppendRecord(recordId, event.System.TimeCreated.value_or(0), [&](BinaryXmlWriter& xml) {
+        xml.FragmentHeader();
+        BeginInstance(xml, PresentSlots(event.System));
+        ValueList values(bytes_, static_cast<std::size_t>(SystemSlot::Count));
+        AppendSystemValues(values, event.System, recordId);
+        if (bytes_.size() > ChunkSize || !WriteData(xml, event.Data)) {
+            return false;
+        }
+        values.End(ValueType::BinaryXml);
+        xml.EndOfFragment();
+        return true;
+    });
+}
+
+bool ChunkBuilder::Append(const RecordCopy& record, std::uint64_t recordId) {
+    return AppendRecord(recordId, record.WrittenTime,
+                        [&](BinaryXmlWriter& xml) { return WriteCopy(xml, record.Content, record.Definitions); });
+}
+
+template <typename ContentWriter>
+bool ChunkBuilder::AppendRecord(std::uint64_t recordId, std::uint64_t writtenTime, ContentWriter writeContent) {
+    const std::size_t begin = bytes_.size();
     const ChunkTables tables = tables_;
     newTemplates_.clear();
-    if (!WriteRecord(event, recordId)) {
-        bytes_.resize(mark);
+    BeginRecord(recordId, writtenTime);
+    BinaryXmlWriter xml(bytes_, tables_);
+    if (!writeContent(xml) || !EndRecord(begin)) {
+        bytes_.resize(begin);
         tables_ = tables;
         for (const std::string& key : newTemplates_) {
             templates_.erase(key);
@@ -162,29 +142,20 @@ bool ChunkBuilder::Append(const WriterEvent& event, std::uint64_t recordId) {
     }
     firstRecordId_ = recordCount_ == 0 ? recordId : firstRecordId_;
     lastRecordId_ = recordId;
-    lastRecordOffset_ = mark;
+    lastRecordOffset_ = begin;
     ++recordCount_;
     return true;
 }
 
-bool ChunkBuilder::WriteRecord(const WriterEvent& event, std::uint64_t recordId) {
-    const std::size_t begin = bytes_.size();
+void ChunkBuilder::BeginRecord(std::uint64_t recordId, std::uint64_t writtenTime) {
     AppendInteger(bytes_, RecordSignature, 4);
     AppendInteger(bytes_, 0, 4);
     AppendInteger(bytes_, recordId, 8);
-    AppendInteger(bytes_, event.System.TimeCreated.value_or(0), 8);
+    AppendInteger(bytes_, writtenTime, 8);
+}
 
-    BinaryXmlWriter xml(bytes_, tables_);
-    xml.FragmentHeader();
-    BeginInstance(xml, PresentSlots(event.System));
-    ValueList values(bytes_, static_cast<std::size_t>(SystemSlot::Count));
-    AppendSystemValues(values, event.System, recordId);
-    if (bytes_.size() > ChunkSize || !WriteData(xml, event.Data)) {
-        return false;
-    }
-    values.End(ValueType::BinaryXml);
-    xml.EndOfFragment();
-
+// Completes the record at `begin`; false when the chunk is too small for it.
+bool ChunkBuilder::EndRecord(std::size_t begin) {
     const std::size_t unaligned = bytes_.size() + 4 - begin;
     bytes_.append((RecordAlignment - unaligned % RecordAlignment) % RecordAlignment, '\0');
     const std::size_t size = bytes_.size() + 4 - begin;
@@ -221,6 +192,67 @@ bool ChunkBuilder::WriteData(BinaryXmlWriter& xml, const std::vector<WriterValue
         }
     }
     xml.EndOfFragment();
+    return true;
+}
+
+bool ChunkBuilder::WriteCopy(BinaryXmlWriter& xml, std::string_view content, const TemplateCopies& definitions) {
+    std::vector<std::size_t> lengths;
+    std::vector<ValueList> values;
+    PortableReader reader(content);
+    PortablePiece piece;
+    while (reader.Next(piece)) {
+        switch (piece.Kind) {
+            case PortableKind::Bytes:
+                bytes_.append(piece.Bytes);
+                break;
+            case PortableKind::Name:
+                xml.Name(piece.Bytes);
+                break;
+            case PortableKind::BeginLength:
+                lengths.push_back(xml.BeginLength());
+                break;
+            case PortableKind::EndLength:
+                xml.EndLength(lengths.back());
+                lengths.pop_back();
+                break;
+            case PortableKind::Template:
+                if (!WriteDefinition(xml, *definitions[piece.Number])) {
+                    return false;
+                }
+                break;
+            case PortableKind::BeginValues:
+                values.emplace_back(bytes_, piece.Number);
+                break;
+            case PortableKind::EndValue:
+                values.back().End(static_cast<ValueType>(piece.Number));
+                break;
+            case PortableKind::EndValues:
+                values.pop_back();
+                break;
+        }
+        if (bytes_.size() > ChunkSize) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The front of an instance of a definition: found again by its identifier and all that is in it, since damaged and
+// forged logs have different definitions under the same identifier.
+bool ChunkBuilder::WriteDefinition(BinaryXmlWriter& xml, const TemplateCopy& definition) {
+    key_.assign(1, 'C');
+    key_.append(reinterpret_cast<const char*>(definition.Identifier.data()), definition.Identifier.size());
+    key_.append(definition.Content);
+    const std::uint32_t stored = StoredTemplate();
+    const std::uint32_t place = xml.Instance(definition.Identifier, stored);
+    if (stored != 0) {
+        return true;
+    }
+    RememberTemplate(place);
+    if (!WriteCopy(xml, definition.Content, {})) {
+        return false;
+    }
+    xml.EndDefinition(place);
     return true;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "embedded/evtx/log_file_writer.h"
+#include "embedded/evtx/record_copy.h"
 #include "embedded/evtx/writer_xml.h"
 
 namespace corvina::evtx {
@@ -22,6 +23,7 @@ class ChunkBuilder {
 
     // False when the event does not fit into what is left of the chunk, which is then as it was before.
     bool Append(const WriterEvent& event, std::uint64_t recordId);
+    bool Append(const RecordCopy& record, std::uint64_t recordId);
 
     bool IsEmpty() const { return recordCount_ == 0; }
 
@@ -29,9 +31,14 @@ class ChunkBuilder {
     std::string_view Seal();
 
   private:
-    bool WriteRecord(const WriterEvent& event, std::uint64_t recordId);
+    template <typename ContentWriter>
+    bool AppendRecord(std::uint64_t recordId, std::uint64_t writtenTime, ContentWriter writeContent);
+    void BeginRecord(std::uint64_t recordId, std::uint64_t writtenTime);
+    bool EndRecord(std::size_t begin);
     void BeginInstance(BinaryXmlWriter& xml, std::uint32_t slots);
     bool WriteData(BinaryXmlWriter& xml, const std::vector<WriterValue>& data);
+    bool WriteCopy(BinaryXmlWriter& xml, std::string_view content, const TemplateCopies& definitions);
+    bool WriteDefinition(BinaryXmlWriter& xml, const TemplateCopy& definition);
     std::uint32_t StoredTemplate() const;
     void RememberTemplate(std::uint32_t definition);
 

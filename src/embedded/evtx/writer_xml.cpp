@@ -20,6 +20,7 @@ enum Token : std::uint8_t {
     MoreFlag = 0x40,
 };
 
+constexpr std::size_t LengthSize = 4;
 constexpr std::size_t NameHeadSize = 8;         // next name, hash, count of characters
 constexpr std::size_t DefinitionHeadSize = 24;  // next definition, GUID, length
 
@@ -27,10 +28,12 @@ std::uint32_t NextHash(std::uint32_t hash, std::uint32_t unit) {
     return hash * 65599 + unit;
 }
 
-std::uint16_t NameHash(std::string_view name) {
+std::uint16_t NameHash(std::string_view utf16) {
     std::uint32_t hash = 0;
-    for (const char character : name) {
-        hash = NextHash(hash, static_cast<unsigned char>(character));
+    for (std::size_t index = 0; index + 1 < utf16.size(); index += 2) {
+        const auto low = static_cast<unsigned char>(utf16[index]);
+        const auto high = static_cast<unsigned char>(utf16[index + 1]);
+        hash = NextHash(hash, low | static_cast<std::uint32_t>(high) << 8);
     }
     return static_cast<std::uint16_t>(hash & 0xFFFF);
 }
@@ -45,16 +48,9 @@ std::size_t TemplateBucket(const GuidBytes& identifier) {
     return hash % TemplateBuckets;
 }
 
-bool IsNameAt(const std::string& chunk, std::size_t offset, std::string_view name) {
-    if (IntegerAt(chunk, offset + 6, 2) != name.size()) {
-        return false;
-    }
-    for (std::size_t index = 0; index < name.size(); ++index) {
-        if (chunk[offset + NameHeadSize + 2 * index] != name[index]) {
-            return false;
-        }
-    }
-    return true;
+bool IsNameAt(const std::string& chunk, std::size_t offset, std::string_view utf16) {
+    return 2 * IntegerAt(chunk, offset + 6, 2) == utf16.size() &&
+           chunk.compare(offset + NameHeadSize, utf16.size(), utf16) == 0;
 }
 
 }  // namespace
@@ -85,19 +81,17 @@ BinaryXmlWriter::Element BinaryXmlWriter::Open(std::string_view name, bool hasAt
     AppendInteger(chunk_, hasAttributes ? OpenElementToken | MoreFlag : OpenElementToken, 1);
     AppendInteger(chunk_, dependency, 2);
     Element element;
-    element.LengthOffset = chunk_.size();
-    AppendInteger(chunk_, 0, 4);
-    Name(name);
+    element.LengthOffset = BeginLength();
+    AsciiName(name);
     if (hasAttributes) {
-        element.AttributesOffset = chunk_.size();
-        AppendInteger(chunk_, 0, 4);
+        element.AttributesOffset = BeginLength();
     }
     return element;
 }
 
 void BinaryXmlWriter::Attribute(std::string_view name, bool moreFollow) {
     AppendInteger(chunk_, moreFollow ? AttributeToken | MoreFlag : AttributeToken, 1);
-    Name(name);
+    AsciiName(name);
 }
 
 void BinaryXmlWriter::Text(std::wstring_view text) {
@@ -168,13 +162,31 @@ void BinaryXmlWriter::EndDefinition(std::uint32_t definition) {
     PutInteger(chunk_, definition + DefinitionHeadSize - 4, chunk_.size() - definition - DefinitionHeadSize, 4);
 }
 
-// Names of elements and attributes are the schema's own, all ASCII. A name stands where it is first used.
-void BinaryXmlWriter::Name(std::string_view name) {
-    const std::uint16_t hash = NameHash(name);
+std::size_t BinaryXmlWriter::BeginLength() {
+    const std::size_t field = chunk_.size();
+    AppendInteger(chunk_, 0, LengthSize);
+    return field;
+}
+
+void BinaryXmlWriter::EndLength(std::size_t field) {
+    PutInteger(chunk_, field, chunk_.size() - field - LengthSize, LengthSize);
+}
+
+// The names that the schema itself gives are all ASCII.
+void BinaryXmlWriter::AsciiName(std::string_view name) {
+    name_.clear();
+    for (const char character : name) {
+        AppendInteger(name_, static_cast<unsigned char>(character), 2);
+    }
+    Name(name_);
+}
+
+void BinaryXmlWriter::Name(std::string_view utf16) {
+    const std::uint16_t hash = NameHash(utf16);
     std::uint32_t& newest = tables_.Strings[hash % StringBuckets];
     for (std::uint32_t offset = newest; offset != 0;
          offset = static_cast<std::uint32_t>(IntegerAt(chunk_, offset, 4))) {
-        if (IsNameAt(chunk_, offset, name)) {
+        if (IsNameAt(chunk_, offset, utf16)) {
             AppendInteger(chunk_, offset, 4);
             return;
         }
@@ -184,21 +196,19 @@ void BinaryXmlWriter::Name(std::string_view name) {
     AppendInteger(chunk_, newest, 4);
     newest = here;
     AppendInteger(chunk_, hash, 2);
-    AppendInteger(chunk_, name.size(), 2);
-    for (const char character : name) {
-        AppendInteger(chunk_, static_cast<unsigned char>(character), 2);
-    }
+    AppendInteger(chunk_, utf16.size() / 2, 2);
+    chunk_.append(utf16);
     AppendInteger(chunk_, 0, 2);
 }
 
 void BinaryXmlWriter::EndAttributes(const Element& element) {
     if (element.AttributesOffset != 0) {
-        PutInteger(chunk_, element.AttributesOffset, chunk_.size() - element.AttributesOffset - 4, 4);
+        EndLength(element.AttributesOffset);
     }
 }
 
 void BinaryXmlWriter::EndElement(const Element& element) {
-    PutInteger(chunk_, element.LengthOffset, chunk_.size() - element.LengthOffset - 4, 4);
+    EndLength(element.LengthOffset);
 }
 
 }  // namespace corvina::evtx

@@ -50,18 +50,27 @@ class BinaryXmlWriter {
     void FragmentHeader();
     void EndOfFragment();
 
+    // A length field, which counts the bytes from behind it up to its end. Gives its place.
+    std::size_t BeginLength();
+    void EndLength(std::size_t field);
+
+    // A reference to a name of an element, attribute, entity or processing instruction, given in UTF-16 bytes. The name
+    // stands where it is first used.
+    void Name(std::string_view utf16);
+
     // The front of a template instance, up to the definition or the count of its values. With `definition` 0 the
     // definition follows here: its head is written, chained into its bucket, and must be ended with EndDefinition.
     std::uint32_t Instance(const GuidBytes& identifier, std::uint32_t definition);
     void EndDefinition(std::uint32_t definition);
 
   private:
-    void Name(std::string_view name);
+    void AsciiName(std::string_view name);
     void EndAttributes(const Element& element);
     void EndElement(const Element& element);
 
     std::string& chunk_;
     ChunkTables& tables_;
+    std::string name_;  // working memory
 };
 
 }  // namespace corvina::evtx

@@ -1,0 +1,178 @@
+#include "platform/replacing_file.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "platform/error_codes.h"
+
+namespace corvina {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The renaming of Windows 10 1709 and later, which replaces a file while others have it open. Older headers lack it.
+constexpr auto RenameInformationEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
+constexpr DWORD ReplaceIfExists = 0x1;
+constexpr DWORD PosixSemantics = 0x2;
+
+struct RenameInformation {
+    DWORD Flags;
+    HANDLE RootDirectory;
+    DWORD FileNameLength;  // in bytes
+    WCHAR FileName[1];
+};
+
+std::uint32_t LastFailure() {
+    const DWORD failure = GetLastError();
+    return failure == ERROR_ALREADY_EXISTS ? error::FileExists : failure;
+}
+
+// Nobody else may write to a temporary file or remove it while it is open; so one that can be removed is abandoned.
+HANDLE CreateUnshared(const fs::path& temporary) {
+    return CreateFileW(temporary.c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+class WindowsReplacingFile final : public ReplacingFile {
+  public:
+    WindowsReplacingFile(HANDLE file, fs::path temporary, fs::path target, ExistingFile existing)
+        : file_(file), temporary_(std::move(temporary)), target_(std::move(target)), existing_(existing) {}
+
+    ~WindowsReplacingFile() override {
+        Close();
+        if (!committed_) {
+            DeleteFileW(temporary_.c_str());
+        }
+    }
+    WindowsReplacingFile(const WindowsReplacingFile&) = delete;
+    WindowsReplacingFile& operator=(const WindowsReplacingFile&) = delete;
+
+    std::uint32_t Append(std::string_view bytes) override {
+        const std::uint32_t failure = WriteAt(end_, bytes);
+        end_ += bytes.size();
+        return failure;
+    }
+
+    std::uint32_t WriteFront(std::string_view bytes) override { return WriteAt(0, bytes); }
+
+    std::uint32_t Commit() override {
+        if (!FlushFileBuffers(file_)) {
+            return LastFailure();
+        }
+        if (RenameWhileOpen()) {
+            committed_ = true;
+            return error::Success;
+        }
+        // What every system and file system can do; it needs the file closed.
+        Close();
+        const DWORD replace = existing_ == ExistingFile::Replace ? MOVEFILE_REPLACE_EXISTING : 0;
+        if (!MoveFileExW(temporary_.c_str(), target_.c_str(), MOVEFILE_WRITE_THROUGH | replace)) {
+            return LastFailure();
+        }
+        committed_ = true;
+        return error::Success;
+    }
+
+  private:
+    bool RenameWhileOpen() {
+        std::error_code problem;
+        const fs::path whole = fs::absolute(target_, problem);
+        if (problem) {
+            return false;
+        }
+        const std::size_t nameSize = whole.native().size() * sizeof(WCHAR);
+        std::vector<std::max_align_t> memory((sizeof(RenameInformation) + nameSize) / sizeof(std::max_align_t) + 1);
+        auto* const information = reinterpret_cast<RenameInformation*>(memory.data());
+        information->Flags = PosixSemantics | (existing_ == ExistingFile::Replace ? ReplaceIfExists : 0);
+        information->RootDirectory = nullptr;
+        information->FileNameLength = static_cast<DWORD>(nameSize);
+        std::memcpy(information->FileName, whole.c_str(), nameSize + sizeof(WCHAR));
+        return SetFileInformationByHandle(file_, RenameInformationEx, information,
+                                          static_cast<DWORD>(sizeof(RenameInformation) + nameSize)) != FALSE;
+    }
+
+    std::uint32_t WriteAt(std::uint64_t offset, std::string_view bytes) {
+        constexpr std::size_t MostAtOnce = std::size_t{1} << 30;
+        while (!bytes.empty()) {
+            OVERLAPPED place{};
+            place.Offset = static_cast<DWORD>(offset);
+            place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+            DWORD count = 0;
+            const auto wanted = static_cast<DWORD>(std::min(bytes.size(), MostAtOnce));
+            if (!WriteFile(file_, bytes.data(), wanted, &count, &place)) {
+                return LastFailure();
+            }
+            if (count == 0) {
+                return error::DiskFull;
+            }
+            offset += count;
+            bytes.remove_prefix(count);
+        }
+        return error::Success;
+    }
+
+    void Close() {
+        if (file_ != INVALID_HANDLE_VALUE) {
+            CloseHandle(file_);
+            file_ = INVALID_HANDLE_VALUE;
+        }
+    }
+
+    HANDLE file_;
+    fs::path temporary_;
+    fs::path target_;
+    ExistingFile existing_;
+    std::uint64_t end_ = 0;
+    bool committed_ = false;
+};
+
+// What stands in the way of the target now, before anything is written.
+std::uint32_t CheckTarget(const fs::path& target, ExistingFile existing) {
+    if (target.filename().empty()) {
+        return error::AccessDenied;
+    }
+    const DWORD attributes = GetFileAttributesW(target.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        return error::Success;
+    }
+    if (existing == ExistingFile::Keep) {
+        return error::FileExists;
+    }
+    return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) == 0 ? error::Success
+                                                                                    : error::AccessDenied;
+}
+
+}  // namespace
+
+std::unique_ptr<ReplacingFile> CreateReplacingFile(const fs::path& target, ExistingFile existing,
+                                                   std::uint32_t& error) {
+    error = CheckTarget(target, existing);
+    if (error != error::Success) {
+        return nullptr;
+    }
+    for (int attempt = 0; attempt < TemporaryNameAttempts; ++attempt) {
+        fs::path temporary = TemporaryNameOf(target, attempt);
+        HANDLE file = CreateUnshared(temporary);
+        if (file == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS && DeleteFileW(temporary.c_str())) {
+            file = CreateUnshared(temporary);
+        }
+        if (file != INVALID_HANDLE_VALUE) {
+            return std::make_unique<WindowsReplacingFile>(file, std::move(temporary), target, existing);
+        }
+        const DWORD failure = GetLastError();
+        // A file that is open elsewhere says so, or that it exists, depending on what was asked last.
+        if (failure != ERROR_FILE_EXISTS && failure != ERROR_SHARING_VIOLATION) {
+            error = LastFailure();
+            return nullptr;
+        }
+    }
+    error = error::FileExists;
+    return nullptr;
+}
+
+}  // namespace corvina
