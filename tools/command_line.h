@@ -1,6 +1,7 @@
 // The command line of corvina-logs, taken apart.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -10,10 +11,15 @@
 namespace corvina::tools {
 
 struct CommandLine {
-    enum class Action { Info, Xml, Sample, Help, Version, Misused };
+    enum class Action { Info, Xml, Query, Export, Publishers, Sample, Help, Version, Misused };
     Action What = Action::Misused;
-    std::vector<std::string> Files;  // UTF-8, or bytes as the system gave them; of Sample the one folder
+    // What is not an option, in UTF-8 or as bytes that the system gave: files, or a store's folder and what is asked of
+    // it. As many as the command takes.
+    std::vector<std::string> Files;
     samples::SampleStoreOptions Sample;
+    std::optional<std::string> Computer;
+    bool AsXml = false;
+    bool Overwrite = false;
     std::string Problem;  // of a misused command line: what is wrong, in English
 };
 

@@ -1,46 +1,19 @@
 #include "commands.h"
 
 #include <cstdio>
-#include <cstring>
-#include <filesystem>
 #include <functional>
 
 #include "base/utf.h"
 #include "command_line.h"
+#include "console.h"
 #include "embedded/evtx/log_file.h"
 #include "embedded/samples/sample_store.h"
 #include "log_summary.h"
 #include "output.h"
-#include "platform/error_codes.h"
+#include "store_commands.h"
 
 namespace corvina::tools {
 namespace {
-
-std::filesystem::path PathFromArgument(const std::string& argument) {
-#ifdef _WIN32
-    return std::filesystem::path(WideFromUtf8(argument));
-#else
-    return std::filesystem::path(argument);
-#endif
-}
-
-void Complain(const std::string& message) {
-    std::fputs(("corvina-logs: " + message + "\n").c_str(), stderr);
-}
-
-std::string OpenProblem(std::uint32_t error) {
-    switch (error) {
-        case error::FileNotFound:
-        case error::PathNotFound:
-            return "there is no such file";
-        case error::AccessDenied:
-            return "access is denied";
-        case error::EventLogFileCorrupt:
-            return "this is not an event log";
-        default:
-            return "error " + std::to_string(error);
-    }
-}
 
 // Opens the files one after another and lets `use` write about each. A file that cannot be opened does not stop the
 // others.
@@ -54,7 +27,7 @@ int ForEachFile(const std::vector<std::string>& files, const FileUser& use) {
         const auto file = evtx::LogFile::Open(PathFromArgument(name), error);
         if (file == nullptr) {
             output.Flush();
-            Complain(name + ": " + OpenProblem(error));
+            Complain(name + ": " + ReasonOf(error));
             result = SomeFailed;
             continue;
         }
@@ -63,35 +36,8 @@ int ForEachFile(const std::vector<std::string>& files, const FileUser& use) {
             break;
         }
     }
-    output.Flush();
-    if (output.HasFailed()) {
-        Complain("the output could not be written");
-        result = SomeFailed;
-    }
-    return result;
-}
-
-// Texts of events may hold line breaks. As references they have the same meaning and keep the event on its line.
-void EscapeLineBreaks(std::string& text, std::size_t begin) {
-    const std::size_t size = text.size() - begin;
-    if (std::memchr(text.data() + begin, '\n', size) == nullptr &&
-        std::memchr(text.data() + begin, '\r', size) == nullptr) {
-        return;
-    }
-    std::string escaped;
-    for (std::size_t index = begin; index < text.size(); ++index) {
-        switch (text[index]) {
-            case '\n':
-                escaped += "&#10;";
-                break;
-            case '\r':
-                escaped += "&#13;";
-                break;
-            default:
-                escaped += text[index];
-        }
-    }
-    text.replace(begin, std::string::npos, escaped);
+    const int written = Finish(output);
+    return result == AllWell ? written : result;
 }
 
 void WriteEvents(const std::string&, const evtx::LogFile& file, Output& output) {
@@ -123,8 +69,7 @@ int MakeSample(const CommandLine& line) {
 int Print(std::string_view text) {
     Output output(stdout);
     output.Buffer() = text;
-    output.Flush();
-    return output.HasFailed() ? SomeFailed : AllWell;
+    return Finish(output);
 }
 
 }  // namespace
@@ -140,6 +85,12 @@ int Run(std::span<const std::string> arguments) {
             return ForEachFile(line.Files, WriteEvents);
         case CommandLine::Action::Sample:
             return MakeSample(line);
+        case CommandLine::Action::Query:
+            return QueryStore(line);
+        case CommandLine::Action::Export:
+            return ExportFromStore(line);
+        case CommandLine::Action::Publishers:
+            return ListPublishers(line);
         case CommandLine::Action::Help:
             return Print(HelpText());
         case CommandLine::Action::Version:

@@ -1,6 +1,7 @@
 #include "output.h"
 
 #include <cerrno>
+#include <cstring>
 
 namespace corvina::tools {
 
@@ -16,6 +17,28 @@ bool Output::Flush() {
     }
     buffer_.clear();
     return state_ == State::Open;
+}
+
+void EscapeLineBreaks(std::string& text, std::size_t begin) {
+    const std::size_t size = text.size() - begin;
+    if (std::memchr(text.data() + begin, '\n', size) == nullptr &&
+        std::memchr(text.data() + begin, '\r', size) == nullptr) {
+        return;
+    }
+    std::string escaped;
+    for (std::size_t index = begin; index < text.size(); ++index) {
+        switch (text[index]) {
+            case '\n':
+                escaped += "&#10;";
+                break;
+            case '\r':
+                escaped += "&#13;";
+                break;
+            default:
+                escaped += text[index];
+        }
+    }
+    text.replace(begin, std::string::npos, escaped);
 }
 
 }  // namespace corvina::tools

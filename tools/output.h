@@ -33,4 +33,8 @@ class Output {
     State state_ = State::Open;
 };
 
+// Texts of events may hold line breaks. As references they have the same meaning and keep the event on its line.
+// Changes what `text` holds from `begin` on.
+void EscapeLineBreaks(std::string& text, std::size_t begin);
+
 }  // namespace corvina::tools

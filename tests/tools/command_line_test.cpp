@@ -24,6 +24,19 @@ TEST(CommandLine, TakesFilesAndOptionsInAnyOrder) {
     EXPECT_EQ(sample.Sample.Computers, 3U);
     EXPECT_EQ(sample.Sample.Seed, 0U);
 
+    const CommandLine query = Parse({"query", "--computer", "PC", "store", "--xml", "-"});
+    EXPECT_EQ(query.What, Action::Query);
+    EXPECT_EQ(query.Files, (Texts{"store", "-"}));
+    EXPECT_EQ(query.Computer, "PC");
+    EXPECT_TRUE(query.AsXml);
+
+    const CommandLine exported = Parse({"export", "store", "System", "--", "--target"});
+    EXPECT_EQ(exported.What, Action::Export);
+    EXPECT_EQ(exported.Files, (Texts{"store", "System", "--target"}));
+    EXPECT_FALSE(exported.Overwrite);
+    EXPECT_TRUE(Parse({"export", "--overwrite", "store", "System", "target"}).Overwrite);
+    EXPECT_EQ(Parse({"publishers", "store", "--computer="}).Computer, "");
+
     EXPECT_EQ(Parse({"xml", "--help"}).What, Action::Help);
     EXPECT_EQ(Parse({"--version"}).What, Action::Version);
 }
@@ -44,6 +57,14 @@ TEST(CommandLine, RefusesWhatItDoesNotUnderstandAndSaysWhy) {
         {{"sample", "a", "--computers", "0"}, "0"},
         {{"sample", "a", "--computers", "1001"}, "1001"},
         {{"sample", "a", "--colour", "1"}, "--colour"},
+        {{"query", "a"}, "document"},
+        {{"query", "a", "b", "c"}, "document"},
+        {{"query", "a", "b", "--xml=1"}, "--xml"},
+        {{"query", "a", "b", "--overwrite"}, "--overwrite"},
+        {{"export", "a", "b"}, "target"},
+        {{"export", "a", "b", "c", "--xml"}, "--xml"},
+        {{"publishers"}, "store"},
+        {{"publishers", "a", "--computer"}, "--computer"},
     };
     for (const auto& [arguments, part] : cases) {
         const CommandLine line = Parse(arguments);

@@ -30,8 +30,14 @@ DAMAGED_RECORDS = {
 
 NAMESPACE = "{http://schemas.microsoft.com/win/2004/08/events/event}"
 
-def run(*arguments):
-    return subprocess.run([PROGRAM, *arguments], capture_output=True, check=False)
+def run(*arguments, **options):
+    return subprocess.run([PROGRAM, *arguments], capture_output=True, check=False, **options)
+
+
+def document(*selects):
+    """A query document that selects of each path what its filter lets through."""
+    terms = "".join(f"<Select Path='{path}'>{condition}</Select>" for path, condition in selects)
+    return f"<QueryList><Query Id='0'>{terms}</Query></QueryList>"
 
 
 def events_of(path):
@@ -172,6 +178,73 @@ class CorvinaLogsTest(unittest.TestCase):
                 result = subprocess.run([PROGRAM, "xml", log], stdout=full, stderr=subprocess.PIPE, check=False)
             self.assertEqual(result.returncode, 1)
             self.assertIn(b"could not be written", result.stderr)
+
+    def test_queries_merge_the_logs_of_a_store(self):
+        store = self.sample("store", "--events", "2000", "--computers", "2")
+        folder = os.path.join(store, "localhost")
+
+        def lines(*arguments, **options):
+            result = run("query", *arguments, **options)
+            self.assertEqual((result.returncode, result.stderr), (0, b""))
+            return result.stdout.split(b"\n")[:-1]
+
+        def records(channel, computer="localhost"):
+            log = os.path.join(store, computer, channel + ".evtx")
+            return [f"{channel}\t{essence(event)[0]}".encode() for event in events_of(log)]
+
+        both = document(("System", "*"), ("Application", "*"))
+        merged = lines(store, both)
+        self.assertEqual(sorted(merged), sorted(records("System") + records("Application")))
+        self.assertEqual([line for line in merged if line.startswith(b"System")], records("System")[::-1])
+        events = [ElementTree.fromstring(line) for line in lines(store, "--xml", both)]
+        times = [essence(event)[1] for event in events]
+        self.assertEqual(times, sorted(times, reverse=True))
+        xml = b"".join(run("xml", os.path.join(folder, name + ".evtx")).stdout for name in ("System", "Application"))
+        self.assertEqual(sorted(lines(store, "--xml", both)), sorted(xml.split(b"\n")[:-1]))
+
+        for form in (both.encode(), b"\xef\xbb\xbf" + both.encode(), b"\xff\xfe" + both.encode("utf-16-le")):
+            self.assertEqual(lines(store, self.write("view.xml", form)), merged)
+            self.assertEqual(lines(store, "-", input=form), merged)
+        self.assertEqual(lines(folder, both), merged)
+        alone = document(("file://" + os.path.join(folder, "System.evtx"), "*"))
+        self.assertEqual(lines(self.folder, alone), records("System")[::-1])
+
+        other = next(name for name in os.listdir(store) if name != "localhost")
+        self.assertEqual(lines("--computer", other, store, document(("System", "*"))), records("System", other)[::-1])
+
+    def test_failed_queries_say_why(self):
+        store = self.sample("store", "--events", "100")
+        everything = document(("System", "*"))
+        cases = [
+            ((store, document(("Missing", "*"))), b"unknown channel"),
+            ((store, document(("System", "*[Level="))), b"the query is not valid"),
+            ((store, "<QueryList>"), b"the query is not valid"),
+            ((store, self.path("missing.xml")), b"missing.xml: the query document cannot be read"),
+            ((store, store), b"the query document cannot be read"),
+            ((store, self.write("filter.txt", b"*")), b"filter.txt: this is not a query document"),
+            ((self.path("missing"), everything), b"missing: there is no such folder"),
+            (("--computer", "NOBODY", store, everything), b"NOBODY: there is no such computer in the store"),
+        ]
+        for arguments, reason in cases:
+            result = run("query", *arguments)
+            self.assertEqual((result.returncode, result.stdout), (1, b""), arguments)
+            self.assertRegex(result.stderr, b"^corvina-logs: [^\n]*" + reason + b"\n$")
+        # What can be read is still given out.
+        result = run("query", store, document(("System", "*"), ("Missing", "*")))
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr, b"corvina-logs: Missing: unknown channel\n")
+        self.assertEqual(result.stdout, run("query", store, everything).stdout)
+        self.assertNotEqual(result.stdout, b"")
+        self.assertEqual(run("query", store).returncode, 2)
+
+    def test_publishers_are_listed(self):
+        store = self.sample("store", "--events", "100")
+        result = run("publishers", store)
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        names = result.stdout.decode().splitlines()
+        self.assertEqual(names, sorted(names))
+        self.assertIn("Service Control Manager", names)
+        self.assertEqual(run("publishers", self.path("missing")).returncode, 1)
 
     def test_misuse_is_told_from_failure(self):
         self.assertEqual(run().returncode, 2)
