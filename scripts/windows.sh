@@ -52,6 +52,15 @@ StartWine() {
     )
 }
 
+# Puts a library into the system folder of this command's own Wine, in the place of Wine's library of that name.
+ReplaceSystemLibrary() {
+    local file=$1 name
+    name=$(basename -- "$file")
+    # What stands there is the template's own file, which must stay as it is.
+    cp --remove-destination "$file" "$WINEPREFIX/drive_c/windows/system32/$name"
+    export WINEDLLOVERRIDES="$WINEDLLOVERRIDES;${name%.dll}=n"
+}
+
 MakeWineTemplate() {
     local version
     version=$(wine --version)

@@ -4,6 +4,7 @@
 
 #include "embedded/samples/sample_store.h"
 #include "ui/win32/common_controls.h"
+#include "wevtapi_double/double_access.h"
 
 namespace corvina::test {
 namespace {
@@ -48,13 +49,17 @@ MainWindowTest::MainWindowTest()
     system_.Folder = Folder;
     WriteSetting(L"Options", L"Language", L"1");
     WriteSetting(L"Options", L"CurrTheme", L"0");
-    WriteSetting(L"EventStore", L"Folder", Store.wstring());
+    if (IsDoubleAskedFor()) {
+        SetDoubleStore(Store.wstring(), system_.ComputerName());
+    } else {
+        WriteSetting(L"EventStore", L"Folder", Store.wstring());
+    }
     INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&classes);
 }
 
 MainWindowTest::~MainWindowTest() {
-    window_.reset();
+    ReleaseWindow();
     std::error_code ignored;
     std::filesystem::remove_all(Folder, ignored);
 }
@@ -83,14 +88,28 @@ void MainWindowTest::Start() {
     ASSERT_TRUE(window_->Create(WindowClass, L"Corvina"));
     ASSERT_FALSE(Debug.Lines.empty());
     ASSERT_EQ(Debug.Lines.back(), L"Corvina is ready\n");
+    if (IsDoubleAskedFor()) {
+        ASSERT_NE(FindDoubleFunction<OpenHandleCountFunction>(OpenHandleCountName), nullptr)
+            << "the window does not run over the double";
+    }
     SetForegroundWindow(Main());
     Pump();
 }
 
 void MainWindowTest::CloseAndDestroy() {
     SendMessageW(Main(), WM_CLOSE, 0, 0);
-    window_.reset();
+    ReleaseWindow();
     Pump();
+}
+
+// The library is held meanwhile: it would forget its handles when it is unloaded.
+void MainWindowTest::ReleaseWindow() {
+    const SystemLibrary eventLog(L"wevtapi.dll");
+    const bool hadWindow = window_ != nullptr;
+    window_.reset();
+    if (IsDoubleAskedFor() && hadWindow) {
+        EXPECT_EQ(DoubleOpenHandleCount(), 0u);
+    }
 }
 
 void MainWindowTest::Pump() {

@@ -1,4 +1,6 @@
-// The real main window over real settings and real log files in a temporary folder, driven with window messages.
+// The real main window over real settings and real log files in a temporary folder, driven with window messages. The
+// window reads the files by itself or, where the environment variable CORVINA_TEST_EVENT_LOG is "system", through the
+// system's event log, which is then the double of wevtapi.dll.
 #pragma once
 
 #include <windows.h>
@@ -129,6 +131,7 @@ class MainWindowTest : public testing::Test {
   private:
     HTREEITEM FindItem(HTREEITEM parent, const std::wstring& caption) const;
     std::wstring ItemText(HTREEITEM item) const;
+    void ReleaseWindow();
 
     MovedSystemServices system_;
     ProcessToken privileges_;
