@@ -319,6 +319,26 @@ TEST_F(Loading, ExtrasAskForSeveralChannelsAtOnce) {
     EXPECT_EQ(query.find(L"Operational"), std::wstring::npos);
 }
 
+TEST_F(Loading, ExtrasMergeTheRowsOfSeveralChannels) {
+    std::vector<TestEvent> events = NumberedEvents(3);
+    events[0].Time = FirstTestTime;
+    events[1].Time = FirstTestTime + 20;
+    events[2].Time = FirstTestTime + 40;
+    ASSERT_TRUE(Files.AddLog(L"localhost", L"Application", events));
+    for (std::size_t index = 0; index < events.size(); ++index) {
+        events[index].Id = static_cast<std::uint16_t>(index + 11);
+        events[index].Time += 10;
+        events[index].Level = index == 1 ? 2 : 4;
+    }
+    ASSERT_TRUE(Files.AddLog(L"localhost", L"System", events));
+    LogMachinery& logic = Start();
+    ASSERT_TRUE(logic.Select(L"Extras/Merge All Channels"));
+    EXPECT_EQ(logic.ColumnTexts(Column::EventId), (std::vector<std::wstring>{L"13", L"3", L"12", L"2", L"11", L"1"}));
+    EXPECT_EQ(View.ListCaption, L"Merge All Channels has 6 events");
+    EXPECT_EQ(View.SelectedRows, std::vector<std::size_t>{0});
+    EXPECT_TRUE(Boxes.Errors.empty());
+}
+
 TEST_F(Loading, SelectionFollowsTheComputerAndNeverShowsOneUnderAnothersName) {
     AddApplication(3);
     ASSERT_TRUE(Files.AddLog(L"REMOTE", L"System", NumberedEvents(8)));
