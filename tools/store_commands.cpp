@@ -23,7 +23,8 @@
 namespace corvina::tools {
 namespace {
 
-constexpr std::size_t BatchSize = 256;
+// Each event keeps its chunk in memory.
+constexpr std::size_t BatchSize = 64;
 
 // UTF-16 with its mark, otherwise UTF-8.
 std::wstring DecodeText(const std::string& bytes) {

@@ -6,7 +6,8 @@
 namespace corvina::embedded {
 namespace {
 
-constexpr std::size_t MostChunksHeld = 64;
+// Some 100 KB each.
+constexpr std::size_t MostChunksHeld = 320;
 
 }  // namespace
 

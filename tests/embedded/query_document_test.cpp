@@ -209,22 +209,32 @@ TEST_F(QueryDocumentTest, LogsAreMergedByTimeAndKeepTheirOwnOrder) {
 }
 
 // More logs than chunks are held of, all of them going on at the same time.
-TEST_F(QueryDocumentTest, ManyLogsAreMergedAsOne) {
+TEST_F(QueryDocumentTest, HundredsOfLogsAreMergedAsOne) {
     std::mt19937 random(7);
-    constexpr int Logs = 90;
+    constexpr int Logs = 400;
+    constexpr int DifferentLogs = 20;
+    std::vector<std::vector<std::pair<std::uint16_t, int>>> contents(DifferentLogs);
+    std::uint16_t id = 0;
+    for (int log = 0; log < DifferentLogs; ++log) {
+        int time = 0;
+        for (int count = 0; count < 10; ++count) {
+            time += static_cast<int>(random() % 4);
+            contents[log].emplace_back(++id, time);
+        }
+        AddLog(L"Log" + std::to_wstring(log), contents[log]);
+    }
     std::vector<std::tuple<int, int, std::uint16_t>> expected;  // time, log, id
     std::wstring selects;
-    std::uint16_t id = 0;
     for (int log = 0; log < Logs; ++log) {
-        std::vector<std::pair<std::uint16_t, int>> events;
-        int time = 0;
-        for (auto count = random() % 40; count > 0; --count) {
-            time += static_cast<int>(random() % 4);
-            events.emplace_back(++id, time);
-            expected.emplace_back(time, log, id);
+        const std::wstring channel = L"Log" + std::to_wstring(log);
+        selects += Select(channel);
+        for (const auto& [event, time] : contents[log % DifferentLogs]) {
+            expected.emplace_back(time, log, event);
         }
-        AddLog(L"Log" + std::to_wstring(log), events);
-        selects += Select(L"Log" + std::to_wstring(log));
+        if (log >= DifferentLogs) {
+            std::filesystem::copy_file(Store.LogPath(L"localhost", L"Log" + std::to_wstring(log % DifferentLogs)),
+                                       Store.LogPath(L"localhost", channel));
+        }
     }
     std::sort(expected.begin(), expected.end());
     Ids ids;
