@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "embedded/record_values.h"
-
 namespace corvina::embedded {
 namespace {
 
@@ -64,7 +62,7 @@ bool LogCursor::Matches(const evtx::RecordPlace& record) {
     if (takesEverything_) {
         return true;
     }
-    RecordValues values(*chunk_, record, system_, data_);
+    RecordValues values(*chunk_, record, memory_);
     return selection_->Matches(values);
 }
 
@@ -95,9 +93,9 @@ bool LogCursor::Get(EventPlace& place) {
 
 std::uint64_t LogCursor::Time() {
     HoldChunk();
-    RecordValues values(*chunk_, record_, system_, data_);
-    const evtx::SystemValues* const system = values.System();
-    return system == nullptr ? record_.WrittenTime : system->TimeCreated.value_or(record_.WrittenTime);
+    RecordValues values(*chunk_, record_, memory_);
+    const xpath::SystemPart system = values.System(evtx::SystemFieldSet::Of(evtx::SystemField::TimeCreated));
+    return system.Values == nullptr ? record_.WrittenTime : system.Values->TimeCreated.value_or(record_.WrittenTime);
 }
 
 }  // namespace corvina::embedded

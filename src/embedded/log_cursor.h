@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "embedded/evtx/log_file.h"
 #include "embedded/log_cache.h"
+#include "embedded/record_values.h"
 #include "embedded/xpath/selection.h"
 
 namespace corvina::embedded {
@@ -54,9 +54,7 @@ class LogCursor {
     evtx::RecordPlace record_;     // that event
     std::shared_ptr<const evtx::Chunk> chunk_;
 
-    // Reused for each event that is looked at.
-    evtx::SystemValues system_;
-    std::vector<evtx::DataValue> data_;
+    RecordMemory memory_;  // of the event that is looked at
 };
 
 }  // namespace corvina::embedded

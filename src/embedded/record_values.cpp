@@ -2,20 +2,22 @@
 
 namespace corvina::embedded {
 
-const evtx::SystemValues* RecordValues::System() {
-    if (!systemRead_) {
-        systemRead_ = true;
-        systemSound_ = chunk_.ReadSystem(record_, system_);
+xpath::SystemPart RecordValues::System(evtx::SystemFieldSet wanted) {
+    const evtx::SystemFieldSet missing = wanted.Without(systemRead_);
+    if (!missing.IsEmpty() && systemSound_) {
+        evtx::SystemFieldSet certain;
+        systemSound_ = chunk_.ReadSystem(record_, missing, memory_.System, certain);
+        systemRead_ = systemRead_.With(missing);
+        systemCertain_ = systemCertain_.With(certain);
     }
-    return systemSound_ ? &system_ : nullptr;
+    return {systemSound_ ? &memory_.System : nullptr, systemCertain_};
 }
 
-const std::vector<evtx::DataValue>* RecordValues::Data() {
-    if (!dataRead_) {
-        dataRead_ = true;
-        dataSound_ = chunk_.ReadData(record_, data_);
+const evtx::EventTree* RecordValues::Tree() {
+    if (treeState_ == TreeState::Unknown) {
+        treeState_ = chunk_.ReadTree(record_, memory_.Tree) ? TreeState::Present : TreeState::Absent;
     }
-    return dataSound_ ? &data_ : nullptr;
+    return treeState_ == TreeState::Present ? &memory_.Tree : nullptr;
 }
 
 }  // namespace corvina::embedded

@@ -29,8 +29,8 @@ TEST(FilterTest, RecordIdIsRead) {
 
 TEST(FilterTest, OtherTextsAreRefused) {
     for (const wchar_t* text :
-         {L"**", L"Event", L"Event/System[EventRecordID=]", L"Event/System[EventRecordID=x]",
-          L"Event/System[EventRecordID=1", L"Event/System[EventRecordID=1]]", L"event/system[eventrecordid=1]",
+         {L"**", L"Event/System[EventRecordID=]", L"Event/System[EventRecordID=x]",
+          L"Event/System[EventRecordID=1", L"Event/System[EventRecordID=1]]",
           L"Event/System[EventRecordID=1.5]", L"Event/System[EventRecordID=--1]", L"<QueryList/>"}) {
         EXPECT_EQ(Filter::Parse(text, 0), nullptr) << text;
     }

@@ -5,6 +5,8 @@
 
 #include "embedded/evtx/byte_reader.h"
 #include "embedded/evtx/data_reader.h"
+#include "embedded/evtx/event_tree.h"
+#include "embedded/evtx/event_tree_reader.h"
 #include "embedded/evtx/log_file.h"
 #include "embedded/evtx/program_runner.h"
 #include "embedded/evtx/record_copy.h"
@@ -202,8 +204,20 @@ const ChunkDamage& Chunk::Damage() const {
 }
 
 bool Chunk::ReadSystem(const RecordPlace& record, SystemValues& values) const {
+    SystemFieldSet certain;
+    return ReadSystem(record, SystemFieldSet::All(), values, certain);
+}
+
+bool Chunk::ReadSystem(const RecordPlace& record, SystemFieldSet wanted, SystemValues& values,
+                       SystemFieldSet& certain) const {
     return state_->Read(record, [&](ByteReader content) {
-        return ReadSystemValues(content, state_->Templates, state_->Values, values);
+        return ReadSystemValues(content, state_->Templates, state_->Values, wanted, values, certain);
+    });
+}
+
+bool Chunk::ReadTree(const RecordPlace& record, EventTree& tree) const {
+    return state_->Read(record, [&](ByteReader content) {
+        return ReadEventTree(content, state_->Templates, state_->Values, LargestCost(record), tree);
     });
 }
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/utf.h"
+#include "embedded/evtx/piece_text.h"
 #include "embedded/evtx/program_runner.h"
 #include "embedded/evtx/value_text.h"
 #include "embedded/evtx/xml_text.h"
@@ -59,7 +60,7 @@ class LeafHandler {
                 break;
             default:
                 if (wanted_) {
-                    AppendContent(piece);
+                    AppendPieceText(chunk_, piece, text_);
                 }
                 break;
         }
@@ -96,40 +97,6 @@ class LeafHandler {
             std::swap(name_, text_);
         }
         text_.Clear();
-    }
-
-    void AppendContent(const Instruction& piece) {
-        switch (piece.Code) {
-            case Operation::Text:
-            case Operation::CharacterData:
-                AppendUtf16Text(TextOf(piece), Escaping::None, text_);
-                break;
-            case Operation::Character:
-                AppendCharacter(piece.Place, Escaping::None, text_);
-                break;
-            case Operation::Entity:
-                AppendEntity(TextOf(piece));
-                break;
-            default:
-                break;
-        }
-    }
-
-    void AppendEntity(Bytes name) {
-        struct Predefined {
-            std::string_view Name;
-            char Character;
-        };
-        constexpr Predefined Entities[] = {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"apos", '\''}, {"quot", '"'}};
-        for (const Predefined& entity : Entities) {
-            if (EqualsAscii(name, entity.Name)) {
-                text_.Append(static_cast<wchar_t>(entity.Character));
-                return;
-            }
-        }
-        text_.Append(L'&');
-        AppendUtf16Text(name, Escaping::None, text_);
-        text_.Append(L';');
     }
 
     Bytes TextOf(const Instruction& piece) const { return chunk_.subspan(piece.Place, 2 * std::size_t{piece.Length}); }

@@ -11,10 +11,13 @@
 #include <string>
 #include <vector>
 
+#include "embedded/evtx/system_field.h"
 #include "embedded/evtx/system_values.h"
 #include "platform/random_access_file.h"
 
 namespace corvina::evtx {
+
+class EventTree;
 
 inline constexpr std::size_t ChunkSize = 65536;
 inline constexpr std::size_t FileHeaderSize = 4096;
@@ -74,6 +77,15 @@ class Chunk {
 
     // The System values, straight from the template's slots. False when the record cannot be decoded.
     bool ReadSystem(const RecordPlace& record, SystemValues& values) const;
+
+    // Only the wanted ones; the others are left as they are. `certain` becomes those of the wanted fields whose value,
+    // or absence, is for sure what the event's XML shows: all of them, but for oddly made events.
+    bool ReadSystem(const RecordPlace& record, SystemFieldSet wanted, SystemValues& values,
+                    SystemFieldSet& certain) const;
+
+    // The whole event as elements, attributes and typed values. False when the record cannot be decoded or has too many
+    // of them. The chunk must outlive the tree's use.
+    bool ReadTree(const RecordPlace& record, EventTree& tree) const;
 
     // The values of EventData or UserData in document order. False when the record cannot be decoded.
     bool ReadData(const RecordPlace& record, std::vector<DataValue>& values) const;

@@ -6,12 +6,14 @@
 // finished XML, so that writing an event's XML is a copy of some literals and the conversion of its values.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "embedded/evtx/system_fields.h"
+#include "embedded/evtx/system_field.h"
 
 namespace corvina::evtx {
 
@@ -74,20 +76,26 @@ using InstructionList = std::vector<Instruction>;
 // Where a value of an event's System part stands in the structure.
 struct SystemPlace {
     SystemField Field = SystemField::ProviderName;
-    bool HasDependency = false;  // left out when the value of slot Dependency is null
-    std::uint16_t Dependency = 0;
+    std::uint8_t DependencyCount = 0;  // left out when the value of one of these slots is null
+    std::array<std::uint16_t, 2> Dependencies{};
     std::uint32_t Begin = 0;  // the content: instructions from Begin up to End
     std::uint32_t End = 0;
+};
+
+// The places of all values of the System part.
+struct SystemLayout {
+    std::vector<SystemPlace> Places;
+    // There is nothing else that could be a System value: one System element, no repeated or nested parts in it, names
+    // without prefixes. All templates in the wild are so.
+    bool IsPlain = false;
 };
 
 struct Program {
     InstructionList Structure;
     InstructionList Rendering;
-    std::string Literals;     // UTF-8, padded for copying in blocks
-    std::uint32_t Depth = 0;  // the deepest element
-    // Found when System values are first asked for.
-    bool SystemPlacesKnown = false;
-    std::vector<SystemPlace> SystemPlaces;
+    std::string Literals;                // UTF-8, padded for copying in blocks
+    std::uint32_t Depth = 0;             // the deepest element
+    std::optional<SystemLayout> System;  // found when System values are first asked for
 };
 
 }  // namespace corvina::evtx

@@ -2,10 +2,10 @@
 
 #include <limits>
 
-#include "base/calendar.h"
 #include "base/identifiers.h"
 #include "base/parse_number.h"
 #include "base/utf.h"
+#include "embedded/evtx/time_text.h"
 #include "embedded/evtx/value_text.h"
 
 namespace corvina::evtx {
@@ -69,40 +69,43 @@ std::optional<GuidBytes>* GuidField(SystemField field, SystemValues& values) {
     }
 }
 
-template <typename Number>
-void SetNumber(std::uint64_t number, std::optional<Number>& target) {
-    if (number <= std::numeric_limits<Number>::max()) {
-        target = static_cast<Number>(number);
+// Hands the number that a field is to `visit`; nothing for fields that are no numbers.
+template <typename Visitor>
+void VisitNumber(SystemField field, SystemValues& values, Visitor visit) {
+    switch (field) {
+        case SystemField::EventId:
+            return visit(values.EventId);
+        case SystemField::Qualifiers:
+            return visit(values.Qualifiers);
+        case SystemField::Version:
+            return visit(values.Version);
+        case SystemField::Level:
+            return visit(values.Level);
+        case SystemField::Task:
+            return visit(values.Task);
+        case SystemField::Opcode:
+            return visit(values.Opcode);
+        case SystemField::Keywords:
+            return visit(values.Keywords);
+        case SystemField::TimeCreated:
+            return visit(values.TimeCreated);
+        case SystemField::EventRecordId:
+            return visit(values.EventRecordId);
+        case SystemField::ProcessId:
+            return visit(values.ProcessId);
+        case SystemField::ThreadId:
+            return visit(values.ThreadId);
+        default:
+            return;
     }
 }
 
 void SetNumberField(SystemField field, std::uint64_t number, SystemValues& values) {
-    switch (field) {
-        case SystemField::EventId:
-            return SetNumber(number, values.EventId);
-        case SystemField::Qualifiers:
-            return SetNumber(number, values.Qualifiers);
-        case SystemField::Version:
-            return SetNumber(number, values.Version);
-        case SystemField::Level:
-            return SetNumber(number, values.Level);
-        case SystemField::Task:
-            return SetNumber(number, values.Task);
-        case SystemField::Opcode:
-            return SetNumber(number, values.Opcode);
-        case SystemField::Keywords:
-            return SetNumber(number, values.Keywords);
-        case SystemField::TimeCreated:
-            return SetNumber(number, values.TimeCreated);
-        case SystemField::EventRecordId:
-            return SetNumber(number, values.EventRecordId);
-        case SystemField::ProcessId:
-            return SetNumber(number, values.ProcessId);
-        case SystemField::ThreadId:
-            return SetNumber(number, values.ThreadId);
-        default:
-            return;
-    }
+    VisitNumber(field, values, [number]<typename Number>(std::optional<Number>& target) {
+        if (number <= std::numeric_limits<Number>::max()) {
+            target = static_cast<Number>(number);
+        }
+    });
 }
 
 std::wstring_view Trimmed(std::wstring_view text) {
@@ -112,53 +115,6 @@ std::wstring_view Trimmed(std::wstring_view text) {
         return {};
     }
     return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
-
-// Takes up to `most` digits off the front; none when there is not even one.
-std::optional<std::uint32_t> TakeDigits(std::wstring_view& text, std::size_t most) {
-    std::uint32_t number = 0;
-    std::size_t count = 0;
-    while (count < most && count < text.size() && text[count] >= L'0' && text[count] <= L'9') {
-        number = number * 10 + static_cast<std::uint32_t>(text[count++] - L'0');
-    }
-    text.remove_prefix(count);
-    return count == 0 ? std::nullopt : std::optional(number);
-}
-
-// "2024-03-05T13:07:09.1234567Z" with any number of decimals, which may be missing.
-std::optional<std::uint64_t> ParseTime(std::wstring_view text) {
-    constexpr wchar_t Separators[] = {L'-', L'-', L'T', L':', L':'};
-    std::uint32_t fields[6] = {};
-    for (std::size_t index = 0; index < 6; ++index) {
-        if (index > 0) {
-            if (text.empty() || text.front() != Separators[index - 1]) {
-                return std::nullopt;
-            }
-            text.remove_prefix(1);
-        }
-        const auto field = TakeDigits(text, index == 0 ? 5 : 2);
-        if (!field) {
-            return std::nullopt;
-        }
-        fields[index] = *field;
-    }
-    CalendarTime time{static_cast<std::int32_t>(fields[0]), fields[1], fields[2], fields[3], fields[4], fields[5], 0};
-    if (text.starts_with(L'.')) {
-        text.remove_prefix(1);
-        const std::size_t before = text.size();
-        time.Ticks = TakeDigits(text, 7).value_or(0);
-        for (std::size_t digits = before - text.size(); digits < 7; ++digits) {
-            time.Ticks *= 10;
-        }
-        TakeDigits(text, text.size());
-    }
-    return text.empty() || text == L"Z" ? FileTimeFromCalendar(time) : std::nullopt;
-}
-
-std::optional<std::uint64_t> FileTimeFromSystemTime(Bytes bytes) {
-    const auto field = [bytes](std::size_t index) { return std::uint32_t{LoadUInt16(&bytes[2 * index])}; };
-    return FileTimeFromCalendar(
-        {static_cast<std::int32_t>(field(0)), field(1), field(3), field(4), field(5), field(6), field(7) * 10'000});
 }
 
 // Values of the kind that the field is made of; false for others, whose text is read instead.
@@ -174,7 +130,7 @@ bool SetFromTypedValue(SystemField field, Bytes bytes, ValueType type, SystemVal
         values.UserSid.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(SidLength(bytes)));
         return true;
     }
-    if (type == ValueType::SystemTime && field == SystemField::TimeCreated && bytes.size() >= 16) {
+    if (type == ValueType::SystemTime && field == SystemField::TimeCreated && bytes.size() >= SystemTimeSize) {
         values.TimeCreated = FileTimeFromSystemTime(bytes);
         return true;
     }
@@ -182,6 +138,17 @@ bool SetFromTypedValue(SystemField field, Bytes bytes, ValueType type, SystemVal
 }
 
 }  // namespace
+
+std::optional<std::size_t> SystemElementOf(Bytes element) {
+    std::size_t index = 0;
+    for (const FieldName& name : FieldNames) {
+        if (EqualsAscii(element, name.Element)) {
+            return index;
+        }
+        ++index;
+    }
+    return std::nullopt;
+}
 
 std::optional<SystemField> SystemFieldOf(Bytes element) {
     return SystemFieldOf(element, {});
@@ -196,7 +163,26 @@ std::optional<SystemField> SystemFieldOf(Bytes element, Bytes attribute) {
     return std::nullopt;
 }
 
+void ClearSystemField(SystemField field, SystemValues& values) {
+    if (std::wstring* text = TextField(field, values); text != nullptr) {
+        text->clear();
+    } else if (std::optional<GuidBytes>* guid = GuidField(field, values); guid != nullptr) {
+        guid->reset();
+    } else if (field == SystemField::UserSid) {
+        values.UserSid.clear();
+    } else {
+        VisitNumber(field, values, [](auto& number) { number.reset(); });
+    }
+}
+
 void SetSystemField(SystemField field, Bytes chunk, const Value& value, SystemValues& values) {
+    if (value.IsArray) {
+        Value first;
+        if (ArrayItems(chunk, value).Next(first)) {
+            SetSystemField(field, chunk, first, values);
+        }
+        return;
+    }
     if (std::wstring* text = TextField(field, values); text != nullptr && value.Type == ValueType::Text) {
         text->clear();
         AppendUtf16(TextBytes(chunk, value), *text);
@@ -233,7 +219,7 @@ void SetSystemField(SystemField field, std::wstring_view text, SystemValues& val
         }
         return;
     }
-    const auto number = field == SystemField::TimeCreated ? ParseTime(text) : ParseUnsigned(text);
+    const auto number = field == SystemField::TimeCreated ? FileTimeFromText(text) : ParseUnsigned(text);
     if (number) {
         SetNumberField(field, *number, values);
     }

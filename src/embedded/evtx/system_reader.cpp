@@ -1,6 +1,9 @@
 #include "embedded/evtx/system_reader.h"
 
+#include <array>
+
 #include "embedded/evtx/binary_xml_parser.h"
+#include "embedded/evtx/piece_text.h"
 #include "embedded/evtx/program.h"
 #include "embedded/evtx/system_fields.h"
 #include "embedded/evtx/value_text.h"
@@ -9,31 +12,63 @@
 namespace corvina::evtx {
 namespace {
 
-// Finds the values in one child element of System.
-class PlaceFinder {
-  public:
-    PlaceFinder(std::span<const std::byte> chunk, Program& program)
-        : chunk_(chunk), list_(program.Structure), places_(program.SystemPlaces) {}
-
-    void Find() {
-        for (std::uint32_t index = 0; index < list_.size(); ++index) {
-            if (IsElement(index, 0, "Event")) {
-                FindSystem(index + 1, list_[index].End);
-            }
+bool HasPrefix(std::span<const std::byte> name) {
+    for (std::size_t index = 0; index < name.size(); index += 2) {
+        if (LoadUInt16(&name[index]) == u':') {
+            return true;
         }
+    }
+    return false;
+}
+
+// Finds the System values in the structure of a whole event.
+class LayoutFinder {
+  public:
+    LayoutFinder(std::span<const std::byte> chunk, const InstructionList& list) : chunk_(chunk), list_(list) {}
+
+    SystemLayout Find() {
+        layout_.IsPlain = true;
+        const std::uint32_t root = FirstElement();
+        if (root < list_.size() && EqualsAscii(NameAt(root), "Event")) {
+            FindSystem(root + 1, list_[root].End);
+        } else {
+            layout_.IsPlain = false;
+        }
+        return std::move(layout_);
     }
 
   private:
+    std::uint32_t FirstElement() const {
+        std::uint32_t index = 0;
+        while (index < list_.size() && list_[index].Code != Operation::Element) {
+            ++index;
+        }
+        return index;
+    }
+
+    // The first System element counts. What is in front of it could become another one.
     void FindSystem(std::uint32_t begin, std::uint32_t end) {
         for (std::uint32_t index = begin; index < end; ++index) {
-            if (IsElement(index, 1, "System")) {
-                FindFields(index + 1, list_[index].End);
-                return;
+            const Instruction& instruction = list_[index];
+            if (instruction.Depth != 1) {
+                continue;
+            }
+            if (instruction.Code == Operation::SkipIfNull || instruction.Code == Operation::Substitution) {
+                RequirePlain(instruction.InAttribute);
+            } else if (instruction.Code == Operation::Element) {
+                RequirePlain(!HasPrefix(NameAt(index)));
+                if (EqualsAscii(NameAt(index), "System")) {
+                    RequirePlain(instruction.Content == ContentKind::Fixed);
+                    FindFields(index + 1, instruction.End);
+                    return;
+                }
+                index = instruction.End - 1;
             }
         }
     }
 
     void FindFields(std::uint32_t begin, std::uint32_t end) {
+        std::array<bool, SystemElementCount> seen{};
         SystemPlace place;
         for (std::uint32_t index = begin; index < end; ++index) {
             const Instruction& instruction = list_[index];
@@ -41,9 +76,12 @@ class PlaceFinder {
                 continue;
             }
             if (instruction.Code == Operation::SkipIfNull) {
-                place.HasDependency = true;
-                place.Dependency = instruction.Slot;
+                AddDependency(instruction.Slot, place);
             } else if (instruction.Code == Operation::Element) {
+                if (const auto element = SystemElementOf(NameAt(index))) {
+                    RequirePlain(!seen[*element]);
+                    seen[*element] = true;
+                }
                 FindInElement(index, place);
                 place = {};
                 index = instruction.End - 1;
@@ -52,8 +90,13 @@ class PlaceFinder {
     }
 
     void FindInElement(std::uint32_t element, SystemPlace place) {
+        RequirePlain(!HasPrefix(NameAt(element)));
+        if (list_[element].Content == ContentKind::Optional) {
+            AddDependency(list_[element].Slot, place);
+        }
         std::uint32_t index = element + 1;
         while (list_[index].Code == Operation::Attribute) {
+            RequirePlain(!HasPrefix(NameAt(index)));
             AddPlace(SystemFieldOf(NameAt(element), NameAt(index)), place, index + 1, list_[index].End - 1);
             index = list_[index].End;
         }
@@ -65,18 +108,23 @@ class PlaceFinder {
     }
 
     void AddPlace(std::optional<SystemField> field, SystemPlace place, std::uint32_t begin, std::uint32_t end) {
-        if (field) {
-            place.Field = *field;
-            place.Begin = begin;
-            place.End = end;
-            places_.push_back(place);
+        if (!field) {
+            return;
+        }
+        place.Field = *field;
+        place.Begin = begin;
+        place.End = end;
+        layout_.Places.push_back(place);
+        for (std::uint32_t index = begin; index < end; ++index) {
+            RequirePlain(list_[index].Code != Operation::Element);
         }
     }
 
-    bool IsElement(std::uint32_t index, std::uint32_t depth, std::string_view name) const {
-        return list_[index].Code == Operation::Element && list_[index].Depth == depth &&
-               EqualsAscii(NameAt(index), name);
+    static void AddDependency(std::uint16_t slot, SystemPlace& place) {
+        place.Dependencies[place.DependencyCount++] = slot;
     }
+
+    void RequirePlain(bool condition) { layout_.IsPlain = layout_.IsPlain && condition; }
 
     std::span<const std::byte> NameAt(std::uint32_t index) const {
         return chunk_.subspan(list_[index].Place, 2 * std::size_t{list_[index].Length});
@@ -84,7 +132,7 @@ class PlaceFinder {
 
     std::span<const std::byte> chunk_;
     const InstructionList& list_;
-    std::vector<SystemPlace>& places_;
+    SystemLayout layout_;
 };
 
 class PlaceReader {
@@ -92,49 +140,35 @@ class PlaceReader {
     PlaceReader(std::span<const std::byte> chunk, const std::vector<Value>& slots, SystemValues& values)
         : chunk_(chunk), slots_(slots), values_(values) {}
 
-    void Read(const InstructionList& list, const SystemPlace& place) {
-        if (place.HasDependency && SlotValue(place.Dependency).IsNull()) {
-            return;
+    // False when the value that was set may be another one than the event's XML has.
+    bool Read(const InstructionList& list, const SystemPlace& place) {
+        for (std::size_t index = 0; index < place.DependencyCount; ++index) {
+            if (SlotValue(place.Dependencies[index]).IsNull()) {
+                return true;
+            }
         }
         if (place.End - place.Begin == 1 && list[place.Begin].Code == Operation::Substitution) {
-            SetSystemField(place.Field, chunk_, SlotValue(list[place.Begin].Slot), values_);
-            return;
+            const Value value = SlotValue(list[place.Begin].Slot);
+            SetSystemField(place.Field, chunk_, value, values_);
+            return !value.IsBinaryXml();
         }
+        bool certain = true;
         text_.Clear();
         for (std::uint32_t index = place.Begin; index < place.End; ++index) {
-            AppendPiece(list[index]);
+            if (list[index].Code == Operation::Substitution) {
+                const Value value = SlotValue(list[index].Slot);
+                certain = certain && !value.IsArray && !value.IsBinaryXml();
+                AppendValueText(chunk_, value, Escaping::None, text_);
+            } else {
+                AppendPieceText(chunk_, list[index], text_);
+            }
         }
         SetSystemField(place.Field, text_.View(), values_);
+        return certain;
     }
 
   private:
-    // An array repeats its element; System values are single, so the first one counts.
-    Value SlotValue(std::uint16_t slot) const {
-        Value value = slot < slots_.size() ? slots_[slot] : Value{};
-        if (value.IsArray) {
-            ArrayItems items(chunk_, value);
-            Value first;
-            value = items.Next(first) ? first : Value{};
-        }
-        return value;
-    }
-
-    void AppendPiece(const Instruction& piece) {
-        switch (piece.Code) {
-            case Operation::Substitution:
-                AppendValueText(chunk_, SlotValue(piece.Slot), Escaping::None, text_);
-                break;
-            case Operation::Text:
-            case Operation::CharacterData:
-                AppendUtf16Text(chunk_.subspan(piece.Place, 2 * std::size_t{piece.Length}), Escaping::None, text_);
-                break;
-            case Operation::Character:
-                AppendCharacter(piece.Place, Escaping::None, text_);
-                break;
-            default:
-                break;
-        }
-    }
+    Value SlotValue(std::uint16_t slot) const { return slot < slots_.size() ? slots_[slot] : Value{}; }
 
     std::span<const std::byte> chunk_;
     const std::vector<Value>& slots_;
@@ -142,10 +176,20 @@ class PlaceReader {
     TextBuffer<wchar_t> text_;
 };
 
+void ClearSystemFields(SystemFieldSet fields, SystemValues& values) {
+    for (unsigned index = 0; index < SystemFieldCount; ++index) {
+        if (fields.Has(static_cast<SystemField>(index))) {
+            ClearSystemField(static_cast<SystemField>(index), values);
+        }
+    }
+}
+
 }  // namespace
 
-bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, SystemValues& values) {
-    values.Clear();
+bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, SystemFieldSet wanted,
+                      SystemValues& values, SystemFieldSet& certain) {
+    ClearSystemFields(wanted, values);
+    certain = {};
     working.clear();
     std::uint8_t byte = 0;
     Program direct;
@@ -162,13 +206,17 @@ bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<V
     if (program == nullptr) {
         return false;
     }
-    if (!program->SystemPlacesKnown) {
-        PlaceFinder(templates.Chunk(), *program).Find();
-        program->SystemPlacesKnown = true;
+    if (!program->System) {
+        program->System = LayoutFinder(templates.Chunk(), program->Structure).Find();
     }
-    PlaceReader place(templates.Chunk(), working, values);
-    for (const SystemPlace& systemPlace : program->SystemPlaces) {
-        place.Read(program->Structure, systemPlace);
+    if (program->System->IsPlain) {
+        certain = wanted;
+    }
+    PlaceReader reading(templates.Chunk(), working, values);
+    for (const SystemPlace& place : program->System->Places) {
+        if (wanted.Has(place.Field) && !reading.Read(program->Structure, place)) {
+            certain.Remove(place.Field);
+        }
     }
     return true;
 }

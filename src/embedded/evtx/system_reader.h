@@ -5,13 +5,17 @@
 #include <vector>
 
 #include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/system_field.h"
 #include "embedded/evtx/system_values.h"
 #include "embedded/evtx/template_store.h"
 
 namespace corvina::evtx {
 
-// Reads the event whose binary XML `reader` stands at. `working` is memory that its owner keeps. False when the binary
-// XML is invalid.
-bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, SystemValues& values);
+// Reads the wanted values of the event whose binary XML `reader` stands at, and leaves the others as they are.
+// `working` is memory that its owner keeps. `certain` becomes the fields of the wanted ones whose value, or absence, is
+// for sure what the XML of the event shows: all of them, but for oddly made events. False when the binary XML is
+// invalid.
+bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, SystemFieldSet wanted,
+                      SystemValues& values, SystemFieldSet& certain);
 
 }  // namespace corvina::evtx

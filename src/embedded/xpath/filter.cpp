@@ -1,92 +1,42 @@
 #include "embedded/xpath/filter.h"
 
-#include <array>
-#include <limits>
+#include "embedded/xpath/filter_parser.h"
+#include "embedded/xpath/tree_matcher.h"
 
 namespace corvina::xpath {
 namespace {
 
-// Reads a text piece by piece; blanks between the pieces do not count.
-class Scanner {
-  public:
-    explicit Scanner(std::wstring_view text) : text_(text) {}
-
-    bool Take(std::wstring_view piece) {
-        SkipBlanks();
-        if (text_.substr(0, piece.size()) != piece) {
-            return false;
-        }
-        text_.remove_prefix(piece.size());
-        return true;
+// "*": every event has a root.
+bool IsEverything(const Expression& expression) {
+    if (expression.Is != Expression::Kind::Exists) {
+        return false;
     }
-
-    // The digits that follow; empty when there are none.
-    std::wstring_view TakeDigits() {
-        SkipBlanks();
-        const std::size_t end = text_.find_first_not_of(L"0123456789");
-        const std::wstring_view digits = text_.substr(0, end);
-        text_.remove_prefix(digits.size());
-        return digits;
-    }
-
-    bool AtEnd() {
-        SkipBlanks();
-        return text_.empty();
-    }
-
-  private:
-    void SkipBlanks() {
-        const std::size_t first = text_.find_first_not_of(L" \t\r\n");
-        text_.remove_prefix(first == std::wstring_view::npos ? text_.size() : first);
-    }
-
-    std::wstring_view text_;
-};
-
-// None when the number does not fit into 64 bits.
-std::optional<std::uint64_t> NumberOf(std::wstring_view digits) {
-    constexpr std::uint64_t Maximum = std::numeric_limits<std::uint64_t>::max();
-    std::uint64_t number = 0;
-    for (const wchar_t character : digits) {
-        const auto digit = static_cast<std::uint64_t>(character - L'0');
-        if (number > (Maximum - digit) / 10) {
-            return std::nullopt;
-        }
-        number = number * 10 + digit;
-    }
-    return number;
+    const Path& path = std::get<Path>(expression.What);
+    return path.Steps.size() == 1 && path.Steps[0].Test == NodeTest::AnyElement && path.Steps[0].Predicates.empty();
 }
 
 }  // namespace
 
-std::unique_ptr<const Filter> Filter::Parse(std::wstring_view text, std::uint64_t /*now*/) {
-    Scanner scanner(text);
-    if (scanner.AtEnd() || (scanner.Take(L"*") && scanner.AtEnd())) {
-        return std::unique_ptr<const Filter>(new Filter(Kind::Everything, 0));
-    }
-    scanner = Scanner(text);
-    constexpr std::array<std::wstring_view, 6> Look{L"Event", L"/", L"System", L"[", L"EventRecordID", L"="};
-    for (const std::wstring_view piece : Look) {
-        if (!scanner.Take(piece)) {
-            return nullptr;
-        }
-    }
-    const bool negative = scanner.Take(L"-");
-    const std::wstring_view digits = scanner.TakeDigits();
-    if (digits.empty() || !scanner.Take(L"]") || !scanner.AtEnd()) {
-        return nullptr;
-    }
-    const std::optional<std::uint64_t> number = NumberOf(digits);
-    const bool possible = number.has_value() && (!negative || *number == 0);
-    return std::unique_ptr<const Filter>(new Filter(possible ? Kind::RecordId : Kind::Nothing, number.value_or(0)));
+Filter::Filter(Expression expression)
+    : expression_(std::move(expression)), system_(expression_), matchesEverything_(IsEverything(expression_)) {}
+
+std::unique_ptr<const Filter> Filter::Parse(std::wstring_view text, std::uint64_t now) {
+    const bool isEmpty = text.find_first_not_of(L" \t\r\n") == std::wstring_view::npos;
+    std::optional<Expression> expression = ParseFilter(isEmpty ? L"*" : text, now);
+    return expression ? std::unique_ptr<const Filter>(new Filter(std::move(*expression))) : nullptr;
 }
 
 bool Filter::Matches(EventValues& event) const {
-    if (kind_ != Kind::RecordId) {
-        return kind_ == Kind::Everything;
+    const Answer answer = matchesEverything_ ? Answer::Yes : system_.Ask(event);
+    if (answer != Answer::Open) {
+        return answer == Answer::Yes;
     }
-    const evtx::SystemValues* const system = event.System();
-    return system != nullptr && system->EventRecordId == recordId_;
+    const evtx::EventTree* const tree = event.Tree();
+    return tree != nullptr && MatchesTree(*tree);
+}
+
+bool Filter::MatchesTree(const evtx::EventTree& tree) const {
+    return xpath::MatchesTree(expression_, tree);
 }
 
 }  // namespace corvina::xpath

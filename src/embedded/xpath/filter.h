@@ -1,27 +1,21 @@
 // Filters over events: the text of a query, compiled once, then asked for each event. A filter asks an event only for
-// the parts that it names, and says beforehand what it knows about the answer, so that a search need not read a whole
-// log.
+// the parts that it needs to decide, and says beforehand what it knows about the answer, so that a search need not read
+// a whole log.
 //
-// Understood are "*" and the look-up of one event by its record id, "Event/System[EventRecordID=7]".
+// The language is the event log's subset of XPath 1.0; filter_parser.h says what is in it.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <vector>
+#include <utility>
 
-#include "embedded/evtx/system_values.h"
+#include "embedded/xpath/event_values.h"
+#include "embedded/xpath/expression.h"
+#include "embedded/xpath/system_filter.h"
 
 namespace corvina::xpath {
-
-// The event that a filter is asked about. Parts are decoded when they are asked for; none when that fails.
-class EventValues {
-  public:
-    virtual ~EventValues() = default;
-    virtual const evtx::SystemValues* System() = 0;
-    virtual const std::vector<evtx::DataValue>* Data() = 0;
-};
 
 class Filter {
   public:
@@ -29,25 +23,26 @@ class Filter {
     // of events are counted up to: a file time, UTC.
     static std::unique_ptr<const Filter> Parse(std::wstring_view text, std::uint64_t now);
 
-    bool MatchesEverything() const { return kind_ == Kind::Everything; }
+    bool MatchesEverything() const { return matchesEverything_; }
 
     // Known without looking at any event, as for a negative record id.
-    bool MatchesNothing() const { return kind_ == Kind::Nothing; }
+    bool MatchesNothing() const { return system_.IsNever(); }
 
     // The only record id that an event in the result can have.
-    std::optional<std::uint64_t> RecordId() const {
-        return kind_ == Kind::RecordId ? std::optional(recordId_) : std::nullopt;
-    }
+    std::optional<std::uint64_t> RecordId() const { return system_.RecordId(); }
 
+    // Whether the event is in the result. Its System values are asked first, its tree when they leave the answer open.
     bool Matches(EventValues& event) const;
 
+    // The same answer, from the tree alone.
+    bool MatchesTree(const evtx::EventTree& tree) const;
+
   private:
-    enum class Kind { Everything, Nothing, RecordId };
+    explicit Filter(Expression expression);
 
-    Filter(Kind kind, std::uint64_t recordId) : kind_(kind), recordId_(recordId) {}
-
-    Kind kind_;
-    std::uint64_t recordId_;
+    Expression expression_;
+    SystemFilter system_;
+    bool matchesEverything_;
 };
 
 }  // namespace corvina::xpath

@@ -27,11 +27,11 @@ bool Selection::FilterSet::AnyOf(EventValues& event, Use use) const {
     if (std::any_of(open_.begin(), open_.end(), use)) {
         return true;
     }
-    const evtx::SystemValues* const system = pinned_.empty() ? nullptr : event.System();
-    if (system == nullptr || !system->EventRecordId) {
+    const std::optional<std::uint64_t> recordId = pinned_.empty() ? std::nullopt : RecordIdOf(event);
+    if (!recordId) {
         return false;
     }
-    const auto [first, last] = pinned_.equal_range(*system->EventRecordId);
+    const auto [first, last] = pinned_.equal_range(*recordId);
     return std::any_of(first, last, [&use](const auto& entry) { return use(entry.second); });
 }
 
