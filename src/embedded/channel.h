@@ -15,6 +15,9 @@ namespace corvina::embedded {
 // The longest channel path that the platform takes, in characters.
 inline constexpr std::size_t MaximumChannelPathLength = 255;
 
+// The largest maximum size that "channels.ini" can hold: more digits are not read.
+inline constexpr std::uint64_t LargestMaximumSize = 900'000'000'000'000'000;
+
 struct Channel {
     std::wstring Path;           // as it is shown: "Vendor-Product/Operational"
     std::wstring FoldedPath;     // Path without case, the key of look-ups

@@ -11,9 +11,26 @@ namespace {
 
 constexpr std::uint32_t LogFullFlag = 2;  // of a log file's header
 
+// A log that keeps its events until it is cleared is full when its file has reached its size.
+bool IsFull(const LogObject& object) {
+    if (object.Log == nullptr) {
+        return false;
+    }
+    const bool reachedSize = object.Subject != nullptr && object.Subject->Retention &&
+                             object.Log->Facts().Size >= object.Subject->MaximumSize;
+    return reachedSize || (object.Log->File().Header().Flags & LogFullFlag) != 0;
+}
+
+// The channel as it is configured now; as it was when the handle was opened in case it is gone.
+std::shared_ptr<const Channel> CurrentChannel(const ChannelConfigurationObject& configuration) {
+    std::shared_ptr<const Channel> current = configuration.Computer->FindChannel(configuration.Subject->Path);
+    return current != nullptr ? current : configuration.Subject;
+}
+
 // Without a file there are no times and no attributes, and the log is empty.
-std::uint32_t WriteLogProperty(const OpenLogFile* log, EVT_LOG_PROPERTY_ID property, DWORD bufferSize,
+std::uint32_t WriteLogProperty(const LogObject& object, EVT_LOG_PROPERTY_ID property, DWORD bufferSize,
                                EVT_VARIANT* buffer, DWORD* used) {
+    const OpenLogFile* const log = object.Log.get();
     const FileFacts facts = log == nullptr ? FileFacts() : log->Facts();
     VariantRow<1> row;
     const auto setTime = [&](std::uint64_t time) {
@@ -44,7 +61,7 @@ std::uint32_t WriteLogProperty(const OpenLogFile* log, EVT_LOG_PROPERTY_ID prope
             row.SetUInt64(0, log == nullptr ? 0 : log->File().OldestRecordId());
             break;
         case EvtLogFull:
-            row.SetBoolean(0, log != nullptr && (log->File().Header().Flags & LogFullFlag) != 0);
+            row.SetBoolean(0, IsFull(object));
             break;
         default:
             return error::InvalidParameter;
@@ -127,12 +144,50 @@ BOOL EmbeddedEventLog::EvtGetChannelConfigProperty(EVT_HANDLE channelConfig, EVT
         if (bufferUsed == nullptr || flags != 0) {
             return error::InvalidParameter;
         }
+        const Channel channel = configuration->Changes.AppliedTo(*CurrentChannel(*configuration));
         std::vector<std::wstring> publishers;
         if (property == EvtChannelPublisherList) {
-            publishers = state_->Publishers.PublishersOfChannel(configuration->Computer->PublishersFolder(),
-                                                                configuration->Subject->Path);
+            publishers =
+                state_->Publishers.PublishersOfChannel(configuration->Computer->PublishersFolder(), channel.Path);
         }
-        return WriteChannelProperty(*configuration->Subject, property, publishers, bufferSize, buffer, bufferUsed);
+        return WriteChannelProperty(channel, property, publishers, bufferSize, buffer, bufferUsed);
+    });
+}
+
+BOOL EmbeddedEventLog::EvtSetChannelConfigProperty(EVT_HANDLE channelConfig, EVT_CHANNEL_CONFIG_PROPERTY_ID property,
+                                                   DWORD flags, EVT_VARIANT* value) {
+    return state_->Do([&]() -> std::uint32_t {
+        auto* const configuration = state_->Handles.Find<ChannelConfigurationObject>(channelConfig);
+        if (configuration == nullptr) {
+            return error::InvalidHandle;
+        }
+        if (value == nullptr || flags != 0) {
+            return error::InvalidParameter;
+        }
+        return configuration->Changes.Set(*CurrentChannel(*configuration), property, *value);
+    });
+}
+
+// Only what was set is written, so that other changes to the channel, made elsewhere meanwhile, stay.
+BOOL EmbeddedEventLog::EvtSaveChannelConfig(EVT_HANDLE channelConfig, DWORD flags) {
+    return state_->Do([&]() -> std::uint32_t {
+        auto* const configuration = state_->Handles.Find<ChannelConfigurationObject>(channelConfig);
+        if (configuration == nullptr) {
+            return error::InvalidHandle;
+        }
+        const std::shared_ptr<const Channel> channel = CurrentChannel(*configuration);
+        if (flags != 0 || !configuration->Changes.AreConsistentFor(*channel)) {
+            return error::InvalidParameter;
+        }
+        const std::vector<IniEntry> entries = configuration->Changes.Entries();
+        if (entries.empty()) {
+            return error::Success;
+        }
+        const std::uint32_t error = configuration->Computer->SaveSettings(*channel, entries);
+        if (error == error::Success) {
+            configuration->Changes.Clear();
+        }
+        return error;
     });
 }
 
@@ -142,19 +197,19 @@ EVT_HANDLE EmbeddedEventLog::EvtOpenLog(EVT_HANDLE session, LPCWSTR path, DWORD 
             return error::InvalidParameter;
         }
         std::shared_ptr<const OpenLogFile> log;
+        std::shared_ptr<const Channel> channel;
         std::uint32_t error = error::Success;
         if (flags == EvtOpenFilePath) {
             log = state_->Logs.Open(PathFromText(path), error);
         } else {
             std::shared_ptr<ComputerFolder> computer;
-            std::shared_ptr<const Channel> channel;
             error = state_->FindChannel(session, path, computer, channel);
             if (error == error::Success) {
                 error = state_->OpenChannelLog(*channel, log);
             }
         }
         if (error == error::Success) {
-            object = std::make_unique<LogObject>(std::move(log));
+            object = std::make_unique<LogObject>(std::move(log), std::move(channel));
         }
         return error;
     });
@@ -170,7 +225,7 @@ BOOL EmbeddedEventLog::EvtGetLogInfo(EVT_HANDLE log, EVT_LOG_PROPERTY_ID propert
         if (bufferUsed == nullptr) {
             return error::InvalidParameter;
         }
-        return WriteLogProperty(object->Log.get(), property, bufferSize, buffer, bufferUsed);
+        return WriteLogProperty(*object, property, bufferSize, buffer, bufferUsed);
     });
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "embedded/channel_changes.h"
 #include "embedded/decoded_event.h"
 #include "embedded/embedded_event_log.h"
 #include "embedded/event_query.h"
@@ -42,7 +43,8 @@ struct ChannelConfigurationObject : HandleObject {
     ChannelConfigurationObject(std::shared_ptr<ComputerFolder> computer, std::shared_ptr<const Channel> subject)
         : HandleObject(Kind), Computer(std::move(computer)), Subject(std::move(subject)) {}
     std::shared_ptr<ComputerFolder> Computer;
-    std::shared_ptr<const Channel> Subject;
+    std::shared_ptr<const Channel> Subject;  // as it was when the handle was opened
+    ChannelChanges Changes;                  // dropped with the handle when they are not saved
 };
 
 struct QueryObject : HandleObject {
@@ -64,8 +66,10 @@ struct RenderContextObject : HandleObject {
 
 struct LogObject : HandleObject {
     static constexpr ObjectKind Kind = ObjectKind::Log;
-    explicit LogObject(std::shared_ptr<const OpenLogFile> log) : HandleObject(Kind), Log(std::move(log)) {}
+    LogObject(std::shared_ptr<const OpenLogFile> log, std::shared_ptr<const Channel> subject)
+        : HandleObject(Kind), Log(std::move(log)), Subject(std::move(subject)) {}
     std::shared_ptr<const OpenLogFile> Log;  // none for a channel that has no file yet
+    std::shared_ptr<const Channel> Subject;  // none for a file that was opened by its path
 };
 
 struct PublisherMetadataObject : HandleObject {

@@ -5,6 +5,7 @@
 
 #include "base/path_text.h"
 #include "embedded/fold_case.h"
+#include "embedded/ini_changes.h"
 #include "platform/error_codes.h"
 
 namespace corvina::embedded {
@@ -62,7 +63,8 @@ std::uint32_t ComputerFolder::Refresh() {
     ChannelsByPath channels;
     AddFiles(entries, folder_, channels);
     std::uint32_t ignored = 0;
-    for (const IniSection& section : ReadIniFile(folder_ / "channels.ini", ignored)) {
+    settingsFacts_ = ReadFileFacts(SettingsFile());
+    for (const IniSection& section : ReadIniFile(SettingsFile(), ignored)) {
         if (!section.Name.empty() && section.Name.size() <= MaximumChannelPathLength) {
             ApplySettings(section, AddChannel(channels, section.Name, folder_));
         }
@@ -107,8 +109,14 @@ std::shared_ptr<const Channel> ComputerFolder::KnownChannel(std::wstring_view pa
 std::shared_ptr<const Channel> ComputerFolder::FindChannel(std::wstring_view path) {
     std::shared_ptr<const Channel> channel = KnownChannel(path);
     std::error_code error;
-    const bool outdated = channel == nullptr || channel->HasFile != fs::exists(channel->File, error);
+    const bool outdated = channel == nullptr || channel->HasFile != fs::exists(channel->File, error) ||
+                          !IsUnchanged(settingsFacts_, ReadFileFacts(SettingsFile()));
     return outdated && Refresh() == error::Success ? KnownChannel(path) : channel;
+}
+
+std::uint32_t ComputerFolder::SaveSettings(const Channel& channel, std::span<const IniEntry> entries) {
+    const std::uint32_t error = ChangeIniFile(SettingsFile(), channel.Path, entries);
+    return error != error::Success ? error : Refresh();
 }
 
 bool EventStore::IsLocal(std::wstring_view name) const {

@@ -6,11 +6,13 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "embedded/channel.h"
+#include "embedded/file_facts.h"
 
 namespace corvina::embedded {
 
@@ -36,18 +38,25 @@ class ComputerFolder {
     // Sorted by path without regard to case.
     const std::vector<std::shared_ptr<const Channel>>& Channels() const { return channels_; }
 
-    // By path, without regard to case; none when there is no such channel. A channel whose file appeared since the last
-    // Refresh is found too.
+    // By path, without regard to case; none when there is no such channel. Files that appeared and settings that
+    // changed since the last Refresh are noticed.
     std::shared_ptr<const Channel> FindChannel(std::wstring_view path);
 
     // The same among those that the last Refresh found.
     std::shared_ptr<const Channel> KnownChannel(std::wstring_view path) const;
 
+    // Writes values of a channel into "channels.ini" and reads the channels anew. Returns 0 or an error code as
+    // ChangeIniFile does.
+    std::uint32_t SaveSettings(const Channel& channel, std::span<const IniEntry> entries);
+
     std::filesystem::path PublishersFolder() const { return folder_ / "publishers"; }
 
   private:
+    std::filesystem::path SettingsFile() const { return folder_ / "channels.ini"; }
+
     std::filesystem::path folder_;
     std::vector<std::shared_ptr<const Channel>> channels_;
+    std::optional<FileFacts> settingsFacts_;  // of "channels.ini" when it was read
 };
 
 class EventStore {

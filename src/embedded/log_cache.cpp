@@ -42,7 +42,7 @@ std::shared_ptr<const OpenLogFile> LogCache::Open(const fs::path& path, std::uin
     const auto known = open_.find(key);
     if (known != open_.end() && facts) {
         std::shared_ptr<const OpenLogFile> log = known->second.lock();
-        if (log != nullptr && log->Facts().Size == facts->Size && log->Facts().LastWriteTime == facts->LastWriteTime) {
+        if (log != nullptr && IsUnchanged(log->Facts(), facts)) {
             error = error::Success;
             return log;
         }

@@ -77,12 +77,6 @@ TEST_F(HandlesTest, EventsOpenAtTheSameTimeHaveHandlesOfTheirOwn) {
     EXPECT_EQ(seen.size(), 90u);
 }
 
-TEST_F(HandlesTest, OperationsStillToComeSayThatTheyAreNotSupported) {
-    const EvtHandle session = OpenSession(L"localhost");
-    EXPECT_FALSE(Log->EvtClearLog(session.Get(), L"System", nullptr, 0));
-    EXPECT_EQ(Log->GetLastError(), error::NotSupported);
-}
-
 TEST_F(HandlesTest, DecoratorFailsTheChosenCallOnly) {
     FailingEventLog failing(*Log);
     failing.FailCall(Operation::Next, 2, 1717);

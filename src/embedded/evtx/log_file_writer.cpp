@@ -76,6 +76,8 @@ struct LogFileWriter::State {
     State(std::filesystem::path target, std::uint64_t firstRecordId, ExistingFile existing)
         : Target(std::move(target)), Existing(existing), NextRecordId(firstRecordId) {}
 
+    // Room for the header is made with the first bytes, so that chunks follow one another without seeking.
+    std::uint32_t Begin();
     std::uint32_t Add(const WriterEvent& event);
     std::uint32_t Add(const RecordCopy& record);
     std::uint32_t Finish();
@@ -101,8 +103,6 @@ struct LogFileWriter::State {
     std::uint64_t LeftOut = 0;
 
   private:
-    // Room for the header is made with the first bytes, so that chunks follow one another without seeking.
-    std::uint32_t Begin();
     std::uint32_t WriteChunk();
     template <typename Record>
     std::uint32_t Append(const Record& record, std::uint64_t recordId, bool& fits);
@@ -193,6 +193,10 @@ LogFileWriter::LogFileWriter(std::filesystem::path target, std::uint64_t firstRe
     : state_(std::make_unique<State>(std::move(target), firstRecordId, existing)) {}
 
 LogFileWriter::~LogFileWriter() = default;
+
+std::uint32_t LogFileWriter::Begin() {
+    return state_->Run([this] { return state_->Begin(); });
+}
 
 std::uint32_t LogFileWriter::Add(const WriterEvent& event) {
     return state_->Run([&] { return state_->Add(event); });

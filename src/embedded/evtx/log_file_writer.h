@@ -43,6 +43,9 @@ class LogFileWriter {
     LogFileWriter(const LogFileWriter&) = delete;
     LogFileWriter& operator=(const LogFileWriter&) = delete;
 
+    // Creates the temporary file, which the first event would do otherwise. Returns 0 or the file system's error code.
+    std::uint32_t Begin();
+
     // Adds one event. Returns 0, or an error code: 87 when the event does not fit into a chunk or one of its values is
     // not of its kind, otherwise the file system's. After an error nothing more can be added.
     std::uint32_t Add(const WriterEvent& event);

@@ -32,6 +32,8 @@ std::optional<FileFacts> ReadFileFacts(const std::filesystem::path& path) {
     facts.LastAccessTime = FileTimeOf(status.stx_atime);
     facts.LastWriteTime = FileTimeOf(status.stx_mtime);
     facts.Attributes = ArchiveAttribute | ((status.stx_mode & S_IWUSR) != 0 ? 0 : ReadOnlyAttribute);
+    facts.Volume = std::uint64_t{status.stx_dev_major} << 32 | status.stx_dev_minor;
+    facts.Index = status.stx_ino;
     return facts;
 }
 
