@@ -9,6 +9,11 @@
 //
 #include <winevt.h>
 
+#ifdef __MINGW32__
+// The one flag that the headers of MinGW-w64 lack.
+inline constexpr DWORD EvtExportLogOverwrite = 0x2000;
+#endif
+
 #else
 
 #include <cstdint>
