@@ -106,8 +106,8 @@ class SystemEventLog : public EventLogApi {
     SystemLibrary library_;
     Functions functions_;
     bool implemented_;
-    DWORD lastError_ =
-        0;  // of the last operation that failed; kept here because other calls overwrite the thread's own
+    // Of the last operation that failed; kept here because other calls overwrite the thread's own.
+    DWORD lastError_ = 0;
 };
 
 }  // namespace corvina
