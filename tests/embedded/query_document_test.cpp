@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "base/path_text.h"
+#include "embedded/clock.h"
 #include "embedded/embedded_log_test.h"
 
 namespace corvina::test {
@@ -166,6 +167,54 @@ TEST_F(QueryDocumentTest, SuppressTakesEventsFromItsOwnQueryAndLog) {
                               Select(L"System", RecordId(3)) + L"<Suppress>" + RecordId(3) + L"</Suppress>" +
                               L"<Suppress>" + RecordId(-5) + L"</Suppress></Query>")),
               Ids{11});
+}
+
+// The documents that the viewer makes of a filter's settings, over events that differ in one setting each.
+TEST_F(QueryDocumentTest, FiltersOfTheViewerSelectWhatTheySay) {
+    constexpr std::uint64_t Minute = std::uint64_t{60} * 10'000'000;
+    const std::uint64_t now = embedded::CurrentFileTime();
+    std::vector<TestEvent> events(6);
+    for (std::size_t index = 0; index < events.size(); ++index) {
+        events[index].Id = static_cast<std::uint16_t>(index + 1);
+        events[index].Time = now - (85 - 10 * index) * Minute;
+    }
+    events[0].Level = 2;
+    events[1].Provider = L"Other";
+    events[2].Keywords = 0x8020000000000000;
+    events[3].User = L"S-1-5-18";
+    events[4].Computer = L"OTHERPC";
+    events[5].Task = 7;
+    ASSERT_TRUE(Store.AddLog(L"localhost", L"Application", events));
+    ASSERT_TRUE(Store.AddLog(L"localhost", L"System", events));
+    const std::vector<std::pair<std::wstring, Ids>> conditions = {
+        {L"(TimeCreated[timediff(@SystemTime)&lt;=3600000])", {4, 5, 6}},
+        {L"(Level=1 or Level=2)", {1}},
+        {L"(Level=4 or Level=0) and (EventID=1 or EventID=3 or (EventID&gt;=5 and EventID&lt;=99))", {3, 5, 6}},
+        {L"(band(Keywords,9007199254740992))", {3}},
+        {L"(Provider[@Name='Other' or @Name='Third'])", {2}},
+        {L"(Security[@UserID='S-1-5-18'])", {4}},
+        {L"(Computer='OTHERPC')", {5}},
+        {L"(Task=6 or Task=7)", {6}},
+        {L"(TimeCreated[@SystemTime&gt;='2024-03-05T13:07:09.123Z' and @SystemTime&lt;='2024-03-06T00:00:00.000Z'])",
+         {}},
+    };
+    const std::wstring excluded = L"EventID=76 or (EventID&gt;=5 and EventID&lt;=37)";
+    for (const auto& [condition, ids] : conditions) {
+        std::wstring document = L"<QueryList>  <Query Id=\"0\" Path=\"Application\">";
+        Ids expected;
+        for (const wchar_t* channel : {L"Application", L"System"}) {
+            document += L"  <Select Path=\"" + std::wstring(channel) + L"\">*[System[" + condition + L"]]</Select>" +
+                        L"  <Suppress Path=\"" + channel + L"\">*[System[" + excluded + L"]]</Suppress>";
+        }
+        for (const std::uint16_t id : ids) {
+            expected.insert(expected.end(), id < 5 ? 2 : 0, id);
+        }
+        document += L"  </Query></QueryList>";
+        EXPECT_EQ(Result(document), expected) << std::string(condition.begin(), condition.end());
+    }
+    // An empty place in a list of event ids gives no valid comparison.
+    EXPECT_EQ(ErrorOf(Document(L"<Query>" + Select(L"System", L"*[System[(EventID=)]]") + L"</Query>")),
+              error::InvalidQuery);
 }
 
 TEST_F(QueryDocumentTest, ALogIsReadOnceUnderWhateverNames) {

@@ -319,7 +319,7 @@ TEST_F(Loading, ExtrasAskForSeveralChannelsAtOnce) {
     EXPECT_EQ(query.find(L"Operational"), std::wstring::npos);
 }
 
-TEST_F(Loading, ExtrasMergeTheRowsOfSeveralChannels) {
+TEST_F(Loading, ExtrasAndStoredFiltersShowTheRowsThatTheySelect) {
     std::vector<TestEvent> events = NumberedEvents(3);
     events[0].Time = FirstTestTime;
     events[1].Time = FirstTestTime + 20;
@@ -336,6 +336,16 @@ TEST_F(Loading, ExtrasMergeTheRowsOfSeveralChannels) {
     EXPECT_EQ(logic.ColumnTexts(Column::EventId), (std::vector<std::wstring>{L"13", L"3", L"12", L"2", L"11", L"1"}));
     EXPECT_EQ(View.ListCaption, L"Merge All Channels has 6 events");
     EXPECT_EQ(View.SelectedRows, std::vector<std::size_t>{0});
+
+    ASSERT_TRUE(logic.Select(L"Extras/Administrative Events"));
+    EXPECT_EQ(logic.ColumnTexts(Column::EventId), std::vector<std::wstring>{L"12"});
+
+    const std::wstring filter =
+        L"<QueryList><Query Id=\"0\" Path=\"System\"><Select Path=\"System\">"
+        L"*[System[(EventID&gt;=12)]]</Select></Query></QueryList>";
+    Settings.Set(L"FilterTESTPC", L"System", filter);
+    ASSERT_TRUE(logic.Select(L"Windows Logs/System"));
+    EXPECT_EQ(logic.ColumnTexts(Column::EventId), (std::vector<std::wstring>{L"13", L"12"}));
     EXPECT_TRUE(Boxes.Errors.empty());
 }
 

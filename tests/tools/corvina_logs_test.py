@@ -237,6 +237,47 @@ class CorvinaLogsTest(unittest.TestCase):
         self.assertNotEqual(result.stdout, b"")
         self.assertEqual(run("query", store).returncode, 2)
 
+    def test_exports_hold_what_was_selected(self):
+        store = self.sample("store", "--events", "1500")
+        target = self.path("target.evtx")
+
+        def export(source, *options, **more):
+            result = run("export", *options, store, source, target, **more)
+            self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
+            with open(target, "rb") as file:
+                return file.read()
+
+        log = os.path.join(store, "localhost", "System.evtx")
+        first = export("System")
+        self.assertEqual(run("xml", target).stdout, run("xml", log).stdout)
+        again = run("export", store, "System", target)
+        self.assertEqual(again.returncode, 1)
+        self.assertEqual(again.stderr, b"corvina-logs: " + target.encode() + b": the target exists\n")
+        with open(target, "rb") as file:
+            self.assertEqual(file.read(), first)
+
+        both = document(("System", "*[System[Level=2]]"), ("Application", "*[System[Level=2]]"))
+        merged = export(both, "--overwrite")
+        events = run("query", "--xml", store, both).stdout.split(b"\n")[-2::-1]
+        self.assertGreater(len(events), 10)
+        self.assertEqual(run("xml", target).stdout.split(b"\n")[:-1], events)
+        self.assertEqual(export(self.write("both.xml", both.encode()), "--overwrite"), merged)
+        self.assertEqual(export("-", "--overwrite", input=both.encode()), merged)
+        self.assertEqual(export("<QueryList></QueryList>", "--overwrite"),
+                         export(document(("System", "*[System[Level=99]]")), "--overwrite"))
+
+        os.remove(target)
+        for source, reason in (("Missing", b"Missing: unknown channel"),
+                               (document(("System", "*"), ("Missing", "*")), b"Missing: unknown channel"),
+                               (document(("System", "]")), b"the query is not valid")):
+            result = run("export", store, source, target)
+            self.assertEqual((result.returncode, result.stderr), (1, b"corvina-logs: " + reason + b"\n"))
+            self.assertFalse(os.path.exists(target))
+        result = run("export", store, "System", self.path("no/target.evtx"))
+        self.assertEqual(result.returncode, 1)
+        self.assertRegex(result.stderr, rb"no/target.evtx: there is no such folder\n$")
+        self.assertEqual(sorted(os.listdir(self.folder)), ["both.xml", "store"], "nothing is left behind")
+
     def test_publishers_are_listed(self):
         store = self.sample("store", "--events", "100")
         result = run("publishers", store)
