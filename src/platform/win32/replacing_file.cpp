@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -71,11 +72,13 @@ class WindowsReplacingFile final : public ReplacingFile {
         // What every system and file system can do; it needs the file closed.
         Close();
         const DWORD replace = existing_ == ExistingFile::Replace ? MOVEFILE_REPLACE_EXISTING : 0;
-        if (!MoveFileExW(temporary_.c_str(), target_.c_str(), MOVEFILE_WRITE_THROUGH | replace)) {
-            return LastFailure();
+        committed_ = Move(temporary_, target_, MOVEFILE_WRITE_THROUGH | replace);
+        const std::uint32_t failure = committed_ ? error::Success : LastFailure();
+        const bool mayBeOpen = failure == ERROR_ACCESS_DENIED || failure == ERROR_SHARING_VIOLATION;
+        if (mayBeOpen && existing_ == ExistingFile::Replace) {
+            committed_ = MoveInPlaceOfOpenFile();
         }
-        committed_ = true;
-        return error::Success;
+        return committed_ ? error::Success : failure;
     }
 
   private:
@@ -94,6 +97,35 @@ class WindowsReplacingFile final : public ReplacingFile {
         std::memcpy(information->FileName, whole.c_str(), nameSize + sizeof(WCHAR));
         return SetFileInformationByHandle(file_, RenameInformationEx, information,
                                           static_cast<DWORD>(sizeof(RenameInformation) + nameSize)) != FALSE;
+    }
+
+    static bool Move(const fs::path& from, const fs::path& to, DWORD flags) {
+        return MoveFileExW(from.c_str(), to.c_str(), flags) != FALSE;
+    }
+
+    // Systems without that renaming do not replace a file that is open, but its name can be changed. It gets the old
+    // name back when the new file cannot take it; a process that ends between the two steps leaves it under the other
+    // name, which is why this comes last.
+    bool MoveInPlaceOfOpenFile() {
+        for (int attempt = 0; attempt < TemporaryNameAttempts; ++attempt) {
+            fs::path old = target_;
+            old += "." + std::to_string(attempt) + ".corvina-old";
+            // One from before has been replaced, and goes when nobody has it open any more.
+            DeleteFileW(old.c_str());
+            if (Move(target_, old, 0)) {
+                if (Move(temporary_, target_, MOVEFILE_WRITE_THROUGH)) {
+                    DeleteFileW(old.c_str());
+                    return true;
+                }
+                Move(old, target_, 0);
+                return false;
+            }
+            const DWORD failure = GetLastError();
+            if (failure != ERROR_ALREADY_EXISTS && failure != ERROR_FILE_EXISTS && failure != ERROR_ACCESS_DENIED) {
+                return false;
+            }
+        }
+        return false;
     }
 
     std::uint32_t WriteAt(std::uint64_t offset, std::string_view bytes) {
