@@ -2,8 +2,8 @@
 // gives no record whose two sizes differ. A program of its own, since it counts the memory of everything in it.
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -60,7 +60,7 @@ constexpr int DefaultRounds = 1'000;
 #else
 constexpr int DefaultRounds = 10'000;
 #endif
-constexpr auto LongestReading = std::chrono::seconds(2);
+constexpr std::clock_t LongestReading = 2 * CLOCKS_PER_SEC;  // of processor time: the machine may be busy
 constexpr std::size_t MostMemory = std::size_t{64} << 20;
 constexpr std::size_t ChunksOfALog = 2;
 
@@ -206,9 +206,9 @@ TEST(ChangedLogs, AreReadSoonInLittleMemoryAndHonestly) {
         const std::string bytes = Changer(round).Change(logs[round % logs.size()]);
         mostMemoryInUse = memoryInUse.load();
         const std::size_t before = memoryInUse;
-        const auto begin = std::chrono::steady_clock::now();
+        const std::clock_t begin = std::clock();
         readable += ReadEverything(bytes) > 0 ? 1 : 0;
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, LongestReading);
+        EXPECT_LT(std::clock() - begin, LongestReading);
         EXPECT_LT(mostMemoryInUse - before, MostMemory);
     }
     // Most changes leave something to read; otherwise the rounds would have tried nothing.
