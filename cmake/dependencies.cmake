@@ -1,9 +1,7 @@
 # Third-party libraries. Nothing of them is in the repository: the set-up installs Debian's packages, and cross builds
 # compile pugixml from Debian's source package because no installed library exists for Windows.
-if(WIN32)
-  # The program is one file: no library may have to lie beside it.
-  set(ZLIB_USE_STATIC_LIBS ON)
-endif()
+# Programs are one file each: no library may have to lie beside them.
+set(ZLIB_USE_STATIC_LIBS ON)
 find_package(ZLIB REQUIRED)
 
 if(EXISTS "${CORVINA_PUGIXML_SOURCE}/src/pugixml.cpp" AND (CMAKE_CROSSCOMPILING OR CORVINA_SANITIZE OR CORVINA_FUZZ))
@@ -13,7 +11,7 @@ if(EXISTS "${CORVINA_PUGIXML_SOURCE}/src/pugixml.cpp" AND (CMAKE_CROSSCOMPILING 
 else()
   find_package(pugixml REQUIRED)
   add_library(corvina_pugixml INTERFACE)
-  target_link_libraries(corvina_pugixml INTERFACE pugixml)
+  target_link_libraries(corvina_pugixml INTERFACE $<IF:$<TARGET_EXISTS:pugixml::static>,pugixml::static,pugixml>)
   add_library(corvina::pugixml ALIAS corvina_pugixml)
 endif()
 

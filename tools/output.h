@@ -9,7 +9,7 @@ namespace corvina::tools {
 
 class Output {
   public:
-    explicit Output(std::FILE* file) : file_(file) {}
+    explicit Output(std::FILE* file) : file_(file) { buffer_.reserve(2 * PieceSize); }
     ~Output() { Flush(); }
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
@@ -26,7 +26,7 @@ class Output {
 
   private:
     enum class State { Open, Closed, Failed };
-    static constexpr std::size_t PieceSize = 1 << 18;
+    static constexpr std::size_t PieceSize = 1 << 16;
 
     std::FILE* file_;
     std::string buffer_;

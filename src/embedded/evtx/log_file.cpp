@@ -18,7 +18,7 @@ constexpr std::size_t HeaderChecksumField = 124;
 constexpr std::size_t SmallestHeader = 128;
 constexpr std::uint16_t SupportedVersion = 3;
 constexpr std::uint32_t NoChecksumsFlag = 4;
-constexpr std::size_t ChunksAtOnce = 16;
+constexpr std::size_t ChunksAtOnce = 4;
 
 // False when the bytes are not the header of an event log.
 bool ReadHeader(std::span<const std::byte> bytes, FileHeader& header, std::uint64_t& firstChunk) {
