@@ -76,14 +76,22 @@ struct Chunk::State {
 
     // The index of a record in Places. Only places that were handed out are read, so that what was found out about them
     // holds.
-    std::optional<std::size_t> IndexOf(const RecordPlace& record) const {
+    std::optional<std::size_t> IndexOf(const RecordPlace& record) {
+        // Readers go from record to record, most of them one after another in either direction.
+        for (const std::size_t index : {LastIndex, LastIndex + 1, LastIndex - 1}) {
+            if (index < Places.size() && Places[index].Offset == record.Offset && Places[index].Size == record.Size) {
+                LastIndex = index;
+                return index;
+            }
+        }
         const auto found =
             std::lower_bound(Places.begin(), Places.end(), record.Offset,
                              [](const RecordPlace& place, std::uint32_t offset) { return place.Offset < offset; });
         if (found == Places.end() || found->Offset != record.Offset || found->Size != record.Size) {
             return std::nullopt;
         }
-        return static_cast<std::size_t>(found - Places.begin());
+        LastIndex = static_cast<std::size_t>(found - Places.begin());
+        return LastIndex;
     }
 
     // Only when somebody asks: sound records are read whatever the checksums say.
@@ -129,7 +137,7 @@ struct Chunk::State {
     // Hands the content of a record that is known to `reader`. A record that there is no memory for counts as one that
     // cannot be decoded.
     template <typename Reader>
-    bool Read(const RecordPlace& record, Reader reader) const {
+    bool Read(const RecordPlace& record, Reader reader) {
         try {
             return IndexOf(record).has_value() && reader(Content(record));
         } catch (const std::bad_alloc&) {
@@ -154,6 +162,7 @@ struct Chunk::State {
     TemplateStore Templates;
     std::vector<Value> Values;
     std::vector<RecordPlace> Places;
+    std::size_t LastIndex = 0;           // of the place that was looked up last
     std::vector<RecordState> Soundness;  // of each place
     bool SoundRecordsKnown = false;
     std::vector<RecordPlace> SoundRecords;

@@ -82,20 +82,32 @@ struct SystemPlace {
     std::uint32_t End = 0;
 };
 
+// The places of some values of the System part.
+struct SystemPlan {
+    SystemFieldSet Wanted;
+    std::vector<SystemPlace> Places;
+    std::size_t SlotCount = 0;  // the slots that they need, from the first on
+};
+
 // The places of all values of the System part.
 struct SystemLayout {
     std::vector<SystemPlace> Places;
+    std::vector<SystemPlan> Plans;  // for the sets that were asked for
     // There is nothing else that could be a System value: one System element, no repeated or nested parts in it, names
     // without prefixes. All templates in the wild are so.
     bool IsPlain = false;
 };
 
 struct Program {
+    enum class RenderingState : std::uint8_t { Unmade, Made, TooLong };
+
     InstructionList Structure;
-    InstructionList Rendering;
-    std::string Literals;                // UTF-8, padded for copying in blocks
     std::uint32_t Depth = 0;             // the deepest element
     std::optional<SystemLayout> System;  // found when System values are first asked for
+    // Of a template: made when an event of it is first rendered.
+    RenderingState HasRendering = RenderingState::Unmade;
+    InstructionList Rendering;
+    std::string Literals;  // UTF-8, padded for copying in blocks
 };
 
 }  // namespace corvina::evtx

@@ -70,18 +70,21 @@ class ProgramRunner {
         }
         if (byte != token::TemplateInstance) {
             Program program;
-            if (!ParseElements(reader, false, program) || budget_ < 0 ||
-                !MakeRendering(templates_.Chunk(), static_cast<std::size_t>(budget_), program)) {
-                return false;
-            }
-            return Run({program, values_.size(), 0, depth});
+            return ParseElements(reader, false, program) && budget_ >= 0 && MakeRenderingIfWanted(program) &&
+                   Run({program, values_.size(), 0, depth});
         }
         reader.Skip(1);
         const std::size_t firstValue = values_.size();
-        const Program* program = templates_.ReadInstance(reader, values_);
-        const bool done = program != nullptr && Run({*program, firstValue, values_.size() - firstValue, depth});
+        Program* const program = templates_.ReadInstance(reader);
+        const bool done = program != nullptr && ReadInstanceValues(reader, values_) &&
+                          (Handler::WantsStructure || templates_.MakeRenderingOf(*program)) &&
+                          Run({*program, firstValue, values_.size() - firstValue, depth});
         values_.resize(firstValue);
         return done;
+    }
+
+    bool MakeRenderingIfWanted(Program& program) const {
+        return Handler::WantsStructure || MakeRendering(templates_.Chunk(), static_cast<std::size_t>(budget_), program);
     }
 
     bool Run(const Frame& frame) {

@@ -37,6 +37,7 @@ class SystemFieldSet {
     constexpr SystemFieldSet() = default;
 
     constexpr bool Has(SystemField field) const { return (bits_ & Bit(field)) != 0; }
+    friend constexpr bool operator==(const SystemFieldSet&, const SystemFieldSet&) = default;
     constexpr bool IsEmpty() const { return bits_ == 0; }
     constexpr void Remove(SystemField field) { bits_ &= ~Bit(field); }
 

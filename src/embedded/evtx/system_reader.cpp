@@ -1,5 +1,6 @@
 #include "embedded/evtx/system_reader.h"
 
+#include <algorithm>
 #include <array>
 
 #include "embedded/evtx/binary_xml_parser.h"
@@ -176,6 +177,39 @@ class PlaceReader {
     TextBuffer<wchar_t> text_;
 };
 
+SystemPlan MakePlan(SystemFieldSet wanted, const InstructionList& list, const SystemLayout& layout) {
+    SystemPlan plan;
+    plan.Wanted = wanted;
+    const auto needSlot = [&plan](std::size_t slot) { plan.SlotCount = std::max(plan.SlotCount, slot + 1); };
+    for (const SystemPlace& place : layout.Places) {
+        if (!wanted.Has(place.Field)) {
+            continue;
+        }
+        plan.Places.push_back(place);
+        std::for_each_n(place.Dependencies.begin(), place.DependencyCount, needSlot);
+        for (std::uint32_t index = place.Begin; index < place.End; ++index) {
+            if (list[index].Code == Operation::Substitution) {
+                needSlot(list[index].Slot);
+            }
+        }
+    }
+    return plan;
+}
+
+// Readers ask for the same few sets of fields again and again.
+const SystemPlan& PlanFor(SystemFieldSet wanted, const InstructionList& list, SystemLayout& layout) {
+    constexpr std::size_t MostPlans = 8;
+    for (const SystemPlan& plan : layout.Plans) {
+        if (plan.Wanted == wanted) {
+            return plan;
+        }
+    }
+    if (layout.Plans.size() == MostPlans) {
+        layout.Plans.clear();
+    }
+    return layout.Plans.emplace_back(MakePlan(wanted, list, layout));
+}
+
 void ClearSystemFields(SystemFieldSet fields, SystemValues& values) {
     for (unsigned index = 0; index < SystemFieldCount; ++index) {
         if (fields.Has(static_cast<SystemField>(index))) {
@@ -197,9 +231,10 @@ bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<V
     if (!SkipFragmentHeaders(reader) || !reader.Peek(byte)) {
         return false;
     }
-    if (byte == token::TemplateInstance) {
+    const bool isInstance = byte == token::TemplateInstance;
+    if (isInstance) {
         reader.Skip(1);
-        program = templates.ReadInstance(reader, working);
+        program = templates.ReadInstance(reader);
     } else if (!ParseElements(reader, false, direct)) {
         return false;
     }
@@ -209,12 +244,16 @@ bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<V
     if (!program->System) {
         program->System = LayoutFinder(templates.Chunk(), program->Structure).Find();
     }
+    const SystemPlan& plan = PlanFor(wanted, program->Structure, *program->System);
+    if (isInstance && !ReadInstanceValues(reader, working, plan.SlotCount)) {
+        return false;
+    }
     if (program->System->IsPlain) {
         certain = wanted;
     }
     PlaceReader reading(templates.Chunk(), working, values);
-    for (const SystemPlace& place : program->System->Places) {
-        if (wanted.Has(place.Field) && !reading.Read(program->Structure, place)) {
+    for (const SystemPlace& place : plan.Places) {
+        if (!reading.Read(program->Structure, place)) {
             certain.Remove(place.Field);
         }
     }

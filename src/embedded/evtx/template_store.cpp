@@ -1,5 +1,8 @@
 #include "embedded/evtx/template_store.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "embedded/evtx/binary_xml_parser.h"
 #include "embedded/evtx/rendering_code.h"
 
@@ -10,8 +13,10 @@ constexpr std::size_t DefinitionHeaderSize = 24;  // next definition, GUID, leng
 constexpr std::size_t DefinitionLengthField = 20;
 constexpr std::size_t ValueDescriptorSize = 4;
 
-// The values of an instance: descriptors of size and type, then the bytes back to back.
-bool ReadValues(ByteReader& reader, std::vector<Value>& values) {
+}  // namespace
+
+// Descriptors of size and type, then the bytes back to back.
+bool ReadInstanceValues(ByteReader& reader, std::vector<Value>& values, std::size_t most) {
     std::uint32_t count = 0;
     if (!reader.Read(count) || count > reader.Remaining() / ValueDescriptorSize) {
         return false;
@@ -19,7 +24,7 @@ bool ReadValues(ByteReader& reader, std::vector<Value>& values) {
     const std::byte* descriptor = reader.Bytes().data() + reader.Position();
     std::size_t offset = reader.Position() + count * ValueDescriptorSize;
     const std::size_t first = values.size();
-    values.resize(first + count);
+    values.resize(first + std::min<std::size_t>(count, most));
     for (std::size_t index = first; index < values.size(); ++index, descriptor += ValueDescriptorSize) {
         const std::size_t size = LoadUInt16(descriptor);
         const std::uint8_t type = LoadUInt8(descriptor + 2);
@@ -33,9 +38,7 @@ bool ReadValues(ByteReader& reader, std::vector<Value>& values) {
     return reader.Skip(offset - reader.Position());
 }
 
-}  // namespace
-
-Program* TemplateStore::ReadInstance(ByteReader& reader, std::vector<Value>& values) {
+Program* TemplateStore::ReadInstance(ByteReader& reader) {
     std::uint8_t one = 0;
     std::uint32_t ignoredIdentifier = 0;
     std::uint32_t offset = 0;
@@ -52,7 +55,7 @@ Program* TemplateStore::ReadInstance(ByteReader& reader, std::vector<Value>& val
             return nullptr;
         }
     }
-    return ReadValues(reader, values) ? program : nullptr;
+    return program;
 }
 
 Program* TemplateStore::Find(std::uint32_t offset) {
@@ -79,12 +82,18 @@ std::unique_ptr<Program> TemplateStore::Compile(std::uint32_t offset) {
     allowance_ -= length;
     auto program = std::make_unique<Program>();
     ByteReader reader(chunk_, begin, begin + length);
-    if (!SkipFragmentHeaders(reader) || !ParseElements(reader, true, *program) ||
-        !MakeRendering(chunk_, allowance_, *program)) {
-        return nullptr;
+    return SkipFragmentHeaders(reader) && ParseElements(reader, true, *program) ? std::move(program) : nullptr;
+}
+
+bool TemplateStore::MakeRenderingOf(Program& program) {
+    if (program.HasRendering == Program::RenderingState::Unmade) {
+        program.HasRendering = Program::RenderingState::TooLong;
+        if (MakeRendering(chunk_, allowance_, program)) {
+            allowance_ -= program.Literals.size();
+            program.HasRendering = Program::RenderingState::Made;
+        }
     }
-    allowance_ -= program->Literals.size();
-    return program;
+    return program.HasRendering == Program::RenderingState::Made;
 }
 
 }  // namespace corvina::evtx

@@ -16,15 +16,22 @@
 
 namespace corvina::evtx {
 
+// Reads the values of an instance, which follow its definition, and appends them to `values`: all of them, or the first
+// `most` without a look at the others. False when they leave the bounds.
+bool ReadInstanceValues(ByteReader& reader, std::vector<Value>& values, std::size_t most = SIZE_MAX);
+
 class TemplateStore {
   public:
     explicit TemplateStore(std::span<const std::byte> chunk) : chunk_(chunk) {}
 
     std::span<const std::byte> Chunk() const { return chunk_; }
 
-    // Reads a template instance behind its token: its definition, and its values, which are appended to `values`. None
-    // when the instance leaves its bounds or its definition is invalid.
-    Program* ReadInstance(ByteReader& reader, std::vector<Value>& values);
+    // Reads a template instance behind its token up to its values: its definition. None when the instance leaves its
+    // bounds or its definition is invalid. The program has a structure only.
+    Program* ReadInstance(ByteReader& reader);
+
+    // Makes the rendering of a template's program unless it is there. False when it would be too long.
+    bool MakeRenderingOf(Program& program);
 
   private:
     Program* Find(std::uint32_t offset);
