@@ -9,14 +9,12 @@
 
 #include "base/utf.h"
 #include "embedded/evtx/log_file.h"
+#include "event_memory.h"
 
 namespace {
 
 using namespace corvina;
 using namespace corvina::evtx;
-
-constexpr std::size_t FirstRecord = 512;
-constexpr std::size_t RecordFrame = 28;  // everything of a record but its content
 
 class MemoryFile : public RandomAccessFile {
   public:
@@ -36,25 +34,6 @@ class MemoryFile : public RandomAccessFile {
   private:
     std::vector<std::byte> bytes_;
 };
-
-void Put32(std::vector<std::byte>& bytes, std::size_t offset, std::uint32_t value) {
-    for (std::size_t index = 0; index < 4; ++index) {
-        bytes[offset + index] = static_cast<std::byte>(value >> (8 * index) & 0xFF);
-    }
-}
-
-std::vector<std::byte> ChunkAround(std::span<const std::byte> content) {
-    std::vector<std::byte> chunk(ChunkSize);
-    const std::size_t length = std::min(content.size(), ChunkSize - FirstRecord - RecordFrame);
-    const auto size = static_cast<std::uint32_t>(length + RecordFrame);
-    std::memcpy(chunk.data(), "ElfChnk", 8);
-    Put32(chunk, 48, static_cast<std::uint32_t>(FirstRecord) + size);
-    std::memcpy(chunk.data() + FirstRecord, "**\0", 4);
-    Put32(chunk, FirstRecord + 4, size);
-    std::copy_n(content.begin(), length, chunk.begin() + FirstRecord + 24);
-    Put32(chunk, FirstRecord + size - 4, size);
-    return chunk;
-}
 
 // Ends the program, which the fuzzer reports, when a promise of the reader does not hold.
 void Require(bool promise) {
@@ -85,7 +64,7 @@ void ReadAll(const Chunk& chunk) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto bytes = std::as_bytes(std::span(data, size));
     if (size < 8 || std::memcmp(data, "ElfFile", 8) != 0) {
-        ReadAll(Chunk(ChunkAround(bytes)));
+        ReadAll(Chunk(fuzz::ChunkAround(bytes)));
         return 0;
     }
     std::uint32_t error = 0;
