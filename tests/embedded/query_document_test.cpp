@@ -126,8 +126,8 @@ TEST_F(QueryDocumentTest, EverythingElseIsAnInvalidQuery) {
         Document(L"<Query><Select>*</Select></Query>"),
         Document(L"<Query Path=''><Select Path=''>*</Select></Query>"),
         Document(L"<Query Path='Application'><Select Path='Missing'>*[</Select></Query>"),
-        std::wstring(std::size_t{33} << 20, L'<'),
-        L"<QueryList>" + std::wstring(std::size_t{33} << 20, L' ') + L"</QueryList>",
+        std::wstring(std::size_t{17} << 20, L'<'),
+        L"<QueryList>" + std::wstring(std::size_t{17} << 20, L' ') + L"</QueryList>",
     };
     for (const std::wstring& document : documents) {
         const std::string shown(document.begin(),

@@ -11,9 +11,9 @@
 namespace corvina::xpath {
 namespace {
 
-// Room for saving some hundred thousand selected events at once, each with a Query of its own.
-constexpr std::size_t MostCharacters = std::size_t{32} << 20;
-constexpr std::ptrdiff_t MostTags = 2'000'000;
+// Room for saving more than a hundred thousand selected events at once, each with a Query of its own.
+constexpr std::size_t MostCharacters = std::size_t{16} << 20;
+constexpr std::ptrdiff_t MostTags = 1'000'000;
 
 // More logs than any computer has; each is looked up and kept open.
 constexpr std::size_t MostPaths = 10'000;
