@@ -5,7 +5,7 @@
 #include <set>
 
 #include "base/utf.h"
-#include "embedded/publisher/publisher_manifest.h"
+#include "embedded/publisher/publisher_folder.h"
 #include "evtx_writer/writer_fixture.h"
 
 namespace corvina::samples {

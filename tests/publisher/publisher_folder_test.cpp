@@ -1,3 +1,5 @@
+#include "embedded/publisher/publisher_folder.h"
+
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>

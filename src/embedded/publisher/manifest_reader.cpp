@@ -48,11 +48,6 @@ void ForEachListed(pugi::xml_node node, std::string_view outer, std::string_view
     }
 }
 
-void SortByValue(std::vector<NamedValue>& values) {
-    std::stable_sort(values.begin(), values.end(),
-                     [](const NamedValue& left, const NamedValue& right) { return left.Value < right.Value; });
-}
-
 class ProviderReader {
   public:
     ProviderReader(pugi::xml_node provider, ManifestContext& context)
@@ -77,7 +72,7 @@ class ProviderReader {
         ReadOpcodes(provider_, 0);
         ReadTasks();
         ForEachListed(provider_, "events", "event", [this](pugi::xml_node event) { ReadEvent(event); });
-        Sort();
+        publisher_.SortDefinitions();
         return std::move(publisher_);
     }
 
@@ -302,18 +297,6 @@ class ProviderReader {
         definition.HasMessage = TakeMessage(event, definition, EventMessageId(definition.Id, definition.Version));
         ReadEventTemplate(event, definition);
         publisher_.Events.push_back(std::move(definition));
-    }
-
-    // The look-ups search by halves. Of equal definitions the first one counts.
-    void Sort() {
-        SortByValue(publisher_.Levels);
-        SortByValue(publisher_.Tasks);
-        SortByValue(publisher_.Opcodes);
-        SortByValue(publisher_.Keywords);
-        std::stable_sort(publisher_.Events.begin(), publisher_.Events.end(),
-                         [](const EventDefinition& left, const EventDefinition& right) {
-                             return std::pair(left.Id, left.Version) < std::pair(right.Id, right.Version);
-                         });
     }
 
     pugi::xml_node provider_;

@@ -3,6 +3,8 @@
 #include <bit>
 #include <vector>
 
+#include "embedded/publisher/message_table.h"
+
 namespace corvina::publisher {
 namespace {
 
@@ -61,6 +63,10 @@ std::uint32_t EventMessageId(std::uint32_t id, std::uint8_t version) {
 std::optional<std::wstring> MessageById(const Publisher& publisher, std::uint32_t messageId) {
     if (messageId == NoMessage) {
         return std::nullopt;
+    }
+    if (publisher.Messages != nullptr) {
+        std::optional<std::wstring> text = publisher.Messages->Find(messageId);
+        return text ? text : StandardText(messageId);
     }
     if (publisher.MessageId == messageId) {
         return publisher.Message;

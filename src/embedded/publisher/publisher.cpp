@@ -2,6 +2,7 @@
 #include <iterator>
 #include <utility>
 
+#include "embedded/publisher/message_table.h"
 #include "embedded/publisher/publisher_manifest.h"
 
 namespace corvina::publisher {
@@ -25,7 +26,22 @@ EventKey KeyOf(const EventDefinition& event) {
     return {event.Id, event.Version};
 }
 
+void SortByValue(std::vector<NamedValue>& values) {
+    std::stable_sort(values.begin(), values.end(),
+                     [](const NamedValue& left, const NamedValue& right) { return left.Value < right.Value; });
+}
+
 }  // namespace
+
+void Publisher::SortDefinitions() {
+    SortByValue(Levels);
+    SortByValue(Tasks);
+    SortByValue(Opcodes);
+    SortByValue(Keywords);
+    std::stable_sort(Events.begin(), Events.end(), [](const EventDefinition& left, const EventDefinition& right) {
+        return KeyOf(left) < KeyOf(right);
+    });
+}
 
 const EventDefinition* Publisher::FindEvent(std::uint32_t id, std::uint8_t version) const {
     const auto firstNotBelow = [this](const EventKey& key) {
@@ -51,7 +67,12 @@ std::optional<std::wstring> Publisher::LevelText(std::uint8_t level) const {
 }
 
 std::optional<std::wstring> Publisher::TaskText(std::uint16_t task) const {
-    return TextOf(Tasks, task);
+    std::optional<std::wstring> text = TextOf(Tasks, task);
+    // Classic providers number the texts of their categories from 1 on.
+    if (!text && task != 0 && Tasks.empty() && Messages != nullptr) {
+        text = Messages->Find(task);
+    }
+    return text;
 }
 
 std::optional<std::wstring> Publisher::OpcodeText(std::uint8_t opcode, std::uint16_t task) const {

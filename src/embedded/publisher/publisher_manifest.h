@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <span>
@@ -25,8 +24,8 @@ inline constexpr std::size_t LargestManifest = std::size_t{16} << 20;
 inline constexpr std::uint32_t NoMessage = 0xFFFF'FFFF;
 
 // Each display text comes with its message identifier: that of the provider's message table, for manifests the one that
-// the platform's message compiler gives (see message_ids.h). Texts are empty and the identifier is NoMessage when the
-// provider names no text or a missing one.
+// the platform's message compiler gives (see message_ids.h). Without a text the identifier is NoMessage; only a program
+// file may name one that its message table lacks.
 struct NamedValue {
     std::wstring Name;  // the symbolic name, "win:Error" or "Vendor:Work"
     std::uint64_t Value = 0;
@@ -60,6 +59,8 @@ struct ChannelReference {
     std::uint32_t MessageId = NoMessage;
 };
 
+class MessageTables;
+
 // One provider, ready for look-ups.
 class Publisher {
   public:
@@ -78,6 +79,13 @@ class Publisher {
     std::vector<NamedValue> Opcodes;  // Value: opcode in the low 16 bits, the owning task (0 for any) above them
     std::vector<NamedValue> Keywords;
     std::vector<EventDefinition> Events;  // sorted by id, then version
+    // The message tables of the provider's program files, with its classic events' texts too; null for manifests.
+    std::shared_ptr<const MessageTables> Messages;
+    // The texts that "%%1842" in an event's values stands for; null when the provider names no file with such texts.
+    std::shared_ptr<const MessageTables> Parameters;
+
+    // Puts the lists in the order that the look-ups rely on. Of equal definitions the first one will count.
+    void SortDefinitions();
 
     // Display texts; none when the provider and the platform's standard values have none. An event is looked for with
     // its version first, then with the nearest older one, then with the nearest newer one. The texts of keywords stand
@@ -103,24 +111,5 @@ std::vector<Publisher> ReadManifest(std::span<const std::byte> bytes, std::vecto
 // a value that the message names is not there: its place is then left as it stands ("%7"). `missing` is cleared
 // otherwise. Results end after 16 Mi characters.
 std::wstring ExpandMessage(std::wstring_view message, std::span<const std::wstring> values, bool& missing);
-
-// The manifests of one folder ("*.man"), read on first use. Of two that describe the same provider the first one
-// counts, by file name. May be used from several threads at once.
-class PublisherFolder {
-  public:
-    explicit PublisherFolder(std::filesystem::path folder);
-    ~PublisherFolder();
-
-    // The provider of that name (exact, then without regard to the case of ASCII letters), none when no manifest
-    // describes it.
-    std::shared_ptr<const Publisher> Find(std::wstring_view name);
-
-    // All names, sorted.
-    std::vector<std::wstring> Names();
-
-  private:
-    struct State;
-    std::unique_ptr<State> state_;
-};
 
 }  // namespace corvina::publisher
