@@ -3,7 +3,9 @@
 //
 // A store is a folder. Each subfolder is a computer, "localhost" being this one; a folder that holds .evtx files itself
 // is this computer alone. In a computer's folder: the channels' files, "channels.ini" (what differs from a channel's
-// defaults), "publishers" (manifests), and "account.ini" when a user name and a password are needed to open it.
+// defaults), "publishers" (the providers' manifests or program files, their language files in folders like "en-US", and
+// "publishers.ini", which says what the computer's registry knew of them), and "account.ini" when a user name and a
+// password are needed to open it.
 #pragma once
 
 #include <cstddef>

@@ -17,6 +17,7 @@
 #include "embedded/handle_table.h"
 #include "embedded/log_cache.h"
 #include "embedded/log_cursor.h"
+#include "embedded/provider_guids.h"
 #include "embedded/publisher_folders.h"
 #include "embedded/publisher_properties.h"
 #include "platform/error_codes.h"
@@ -119,6 +120,7 @@ struct EmbeddedEventLog::State {
     EventStore Store;
     LogCache Logs;
     PublisherFolders Publishers;
+    ProviderGuids Guids;
     HandleTable Handles;
     DecodedEvent Event;                                     // the event that was asked about last
     std::wstring Text;                                      // the message that was formed last

@@ -3,7 +3,10 @@
 #include <optional>
 #include <vector>
 
+#include "embedded/fold_case.h"
 #include "embedded/publisher/message_ids.h"
+#include "embedded/publisher/message_table.h"
+#include "embedded/publisher/parameter_text.h"
 #include "embedded/rendering_xml.h"
 #include "embedded/variant_text.h"
 #include "platform/error_codes.h"
@@ -27,23 +30,47 @@ std::uint32_t Result(std::optional<std::wstring> found, const Publisher* publish
     return error::Success;
 }
 
-// Manifests made from classic message files give an event's whole identifier, with its qualifiers.
-const publisher::EventDefinition* FindDefinition(const Publisher& publisher, const evtx::SystemValues& system) {
+std::optional<std::wstring> DefinedMessage(const Publisher& publisher, std::uint32_t id, std::uint8_t version) {
+    const publisher::EventDefinition* const definition = publisher.FindEvent(id, version);
+    return definition != nullptr && definition->HasMessage ? std::optional(definition->Message) : std::nullopt;
+}
+
+std::optional<std::wstring> TableMessage(const Publisher& publisher, std::uint32_t id) {
+    return publisher.Messages != nullptr ? publisher.Messages->Find(id) : std::nullopt;
+}
+
+// The text of an event with the places of its values; none when there is no such text. That of a classic event is known
+// by the whole identifier, the qualifiers above the id: in message tables, and in manifests made from them. The numbers
+// of a table mean nothing for events that the provider's definitions describe.
+std::optional<std::wstring> MessageOf(const Publisher& publisher, const evtx::SystemValues& system) {
     const std::uint32_t id = system.EventId.value_or(0);
     const std::uint8_t version = system.Version.value_or(0);
     const std::uint32_t qualifiers = system.Qualifiers.value_or(0);
-    const publisher::EventDefinition* definition = nullptr;
+    std::optional<std::wstring> message;
     if (qualifiers != 0) {
-        definition = publisher.FindEvent((qualifiers << 16) | id, version);
+        const std::uint32_t wholeId = qualifiers << 16 | id;
+        message = DefinedMessage(publisher, wholeId, version);
+        if (!message) {
+            message = TableMessage(publisher, wholeId);
+        }
     }
-    return definition != nullptr ? definition : publisher.FindEvent(id, version);
+    if (!message) {
+        message = DefinedMessage(publisher, id, version);
+    }
+    const bool mayBeClassic = system.Qualifiers.has_value() || publisher.Events.empty();
+    if (!message && qualifiers == 0 && mayBeClassic) {
+        message = TableMessage(publisher, id);
+    }
+    return message;
 }
 
 std::uint32_t EventText(const Publisher* publisher, DecodedEvent& event, const evtx::SystemValues& system,
                         std::wstring& text) {
-    const publisher::EventDefinition* const definition =
-        publisher == nullptr ? nullptr : FindDefinition(*publisher, system);
-    if (definition == nullptr || !definition->HasMessage) {
+    std::optional<std::wstring> message;
+    if (publisher != nullptr) {
+        message = MessageOf(*publisher, system);
+    }
+    if (!message) {
         return Result(Forwarded(event, &evtx::RenderingInfo::Message), publisher, text);
     }
     std::vector<std::wstring> values;
@@ -54,7 +81,8 @@ std::uint32_t EventText(const Publisher* publisher, DecodedEvent& event, const e
         }
     }
     bool missing = false;
-    text = publisher::ExpandMessage(definition->Message, values, missing);
+    text = publisher::ExpandMessage(*message, values, missing);
+    publisher::ExpandParameters(*publisher, text);
     return missing ? error::UnresolvedValueInsert : error::Success;
 }
 
@@ -123,8 +151,16 @@ std::uint32_t KeywordText(const Publisher* publisher, DecodedEvent& event, const
     return !keywords.empty() ? error::Success : Result(std::nullopt, publisher, text);
 }
 
-std::uint32_t ChannelText(DecodedEvent& event, const evtx::SystemValues& system, std::wstring& text) {
+std::uint32_t ChannelText(const Publisher* publisher, DecodedEvent& event, const evtx::SystemValues& system,
+                          std::wstring& text) {
     std::optional<std::wstring> found = Forwarded(event, &evtx::RenderingInfo::Channel);
+    if (!found && publisher != nullptr) {
+        for (const publisher::ChannelReference& channel : publisher->Channels) {
+            if (!channel.Message.empty() && EqualWithoutCase(channel.Path, system.Channel)) {
+                found = channel.Message;
+            }
+        }
+    }
     if (!found && !system.Channel.empty()) {
         found = system.Channel;
     }
@@ -158,7 +194,7 @@ std::uint32_t XmlText(const Publisher* publisher, DecodedEvent& event, const evt
     LevelText(publisher, event, system, info.Level);
     TaskText(publisher, event, system, info.Task);
     OpcodeText(publisher, event, system, info.Opcode);
-    ChannelText(event, system, info.Channel);
+    ChannelText(publisher, event, system, info.Channel);
     ProviderText(publisher, &event, info.Provider);
     info.Keywords = Keywords(publisher, event, system);
     text = WithRenderingInfo(*xml, info);
@@ -191,7 +227,7 @@ std::uint32_t FormatEventText(EVT_FORMAT_MESSAGE_FLAGS kind, const Publisher* pu
         case EvtFormatMessageKeyword:
             return KeywordText(publisher, *event, *system, text);
         case EvtFormatMessageChannel:
-            return ChannelText(*event, *system, text);
+            return ChannelText(publisher, *event, *system, text);
         case EvtFormatMessageXml:
             return XmlText(publisher, *event, *system, text);
         default:

@@ -13,8 +13,9 @@ bool IsMessageKind(DWORD flags) {
 
 }  // namespace
 
-// With the path of a log file the manifests beside that file come first: whoever saved the log may have saved them with
-// it. The language is that of the manifests, whatever is asked for.
+// With the path of a log file what lies beside that file comes first: whoever saved the log may have saved its
+// providers' manifests or program files with it. The language is that of these files, whatever is asked for. The GUID
+// that the provider had in the events that were rendered so far helps to find its program files.
 EVT_HANDLE EmbeddedEventLog::EvtOpenPublisherMetadata(EVT_HANDLE session, LPCWSTR publisherId, LPCWSTR logFilePath,
                                                       DWORD /*locale*/, DWORD flags) {
     return state_->Open([&](std::unique_ptr<HandleObject>& object) -> std::uint32_t {
@@ -24,15 +25,17 @@ EVT_HANDLE EmbeddedEventLog::EvtOpenPublisherMetadata(EVT_HANDLE session, LPCWST
         if (publisherId == nullptr || flags != 0) {
             return error::InvalidParameter;
         }
+        const std::optional<GuidBytes> guid = state_->Guids.Find(publisherId);
         std::shared_ptr<const publisher::Publisher> publisher;
         if (logFilePath != nullptr) {
-            publisher = state_->Publishers.Find(PathFromText(logFilePath).parent_path() / "publishers", publisherId);
+            publisher =
+                state_->Publishers.Find(PathFromText(logFilePath).parent_path() / "publishers", publisherId, guid);
         }
         if (publisher == nullptr) {
             std::shared_ptr<ComputerFolder> computer;
             const std::uint32_t error = state_->FindComputer(session, computer);
             if (error == error::Success) {
-                publisher = state_->Publishers.Find(computer->PublishersFolder(), publisherId);
+                publisher = state_->Publishers.Find(computer->PublishersFolder(), publisherId, guid);
             } else if (logFilePath == nullptr) {
                 return error;
             }

@@ -111,8 +111,11 @@ BOOL EmbeddedEventLog::EvtRender(EVT_HANDLE context, EVT_HANDLE fragment, DWORD 
         }
         if (asValues) {
             const evtx::SystemValues* const system = state_->Event.System();
-            return system == nullptr ? error::EventLogFileCorrupt
-                                     : WriteSystemRow(*system, bufferSize, buffer, bufferUsed);
+            if (system == nullptr) {
+                return error::EventLogFileCorrupt;
+            }
+            state_->Guids.Note(*system);
+            return WriteSystemRow(*system, bufferSize, buffer, bufferUsed);
         }
         if (flags != EvtRenderEventXml) {
             return flags == EvtRenderBookmark ? error::NotSupported : error::InvalidParameter;

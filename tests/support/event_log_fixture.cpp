@@ -35,6 +35,7 @@ evtx::WriterEvent MakeWriterEvent(const TestEvent& event, std::size_t index) {
     evtx::WriterEvent result;
     evtx::SystemValues& system = result.System;
     system.ProviderName = event.Provider;
+    system.ProviderGuid = ParseGuid(event.ProviderGuid);
     system.EventId = event.Id;
     system.Qualifiers = event.Qualifiers;
     system.Version = event.Version;

@@ -49,6 +49,7 @@ struct TestEvent {
     std::optional<std::uint64_t> RecordId;  // otherwise counted by the writer
     std::uint32_t ProcessId = 100;
     std::uint32_t ThreadId = 200;
+    std::wstring ProviderGuid;  // "{1C2D3E4F-...}"; empty for none
 };
 
 // `count` events with ids 1, 2, 3 ... and record ids in the same order.
