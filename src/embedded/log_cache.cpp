@@ -34,8 +34,16 @@ bool OpenLogFile::EventsCarryRecordIds() const {
     return *carryRecordIds_;
 }
 
+// Only when there are twice as many files as the last time: a query opens thousands, one after another.
+void LogCache::ForgetClosedFiles() {
+    if (open_.size() >= nextForgetting_) {
+        std::erase_if(open_, [](const auto& entry) { return entry.second.expired(); });
+        nextForgetting_ = 2 * open_.size() + 16;
+    }
+}
+
 std::shared_ptr<const OpenLogFile> LogCache::Open(const fs::path& path, std::uint32_t& error) {
-    std::erase_if(open_, [](const auto& entry) { return entry.second.expired(); });
+    ForgetClosedFiles();
     std::error_code pathError;
     const fs::path key = fs::absolute(path, pathError).lexically_normal();
     const std::optional<FileFacts> facts = ReadFileFacts(path);

@@ -1,6 +1,7 @@
 // Log files that are open. A file is opened and walked once and shared by all queries over it, until it changes.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -40,7 +41,10 @@ class LogCache {
     std::shared_ptr<const OpenLogFile> Open(const std::filesystem::path& path, std::uint32_t& error);
 
   private:
+    void ForgetClosedFiles();
+
     std::map<std::filesystem::path, std::weak_ptr<const OpenLogFile>> open_;
+    std::size_t nextForgetting_ = 16;  // files in open_
 };
 
 }  // namespace corvina::embedded
