@@ -80,6 +80,14 @@ bool RemoveIfAbandoned(const fs::path& temporary) {
            flock(file.Get(), LOCK_EX | LOCK_NB) == 0 && file.IsAt(temporary) && unlink(temporary.c_str()) == 0;
 }
 
+// A log that only some may read is not opened to all by being cleared, not even while it is written.
+void TakePermissionsOf(const fs::path& target, const Descriptor& file) {
+    struct stat facts {};
+    if (stat(target.c_str(), &facts) == 0) {
+        fchmod(file.Get(), facts.st_mode & 0777);
+    }
+}
+
 // Opens a file that must not exist: neither a stranger's file nor a link planted in a shared folder is ever written to.
 // On failure gives none and an error code; error::FileExists also when somebody took the new file for an abandoned one.
 Descriptor CreateLocked(const fs::path& temporary, std::uint32_t& error) {
@@ -144,9 +152,6 @@ class PosixReplacingFile final : public ReplacingFile {
     std::uint32_t WriteFront(std::string_view bytes) override { return WriteAt(0, bytes); }
 
     std::uint32_t Commit() override {
-        if (existing_ == ExistingFile::Replace) {
-            KeepPermissions();
-        }
         if (fsync(file_.Get()) != 0) {
             return ErrorCodeOf(errno);
         }
@@ -174,14 +179,6 @@ class PosixReplacingFile final : public ReplacingFile {
             bytes.remove_prefix(static_cast<std::size_t>(count));
         }
         return error::Success;
-    }
-
-    // A log that only some may read is not opened to all by being cleared.
-    void KeepPermissions() {
-        struct stat facts {};
-        if (stat(target_.c_str(), &facts) == 0) {
-            fchmod(file_.Get(), facts.st_mode & 0777);
-        }
     }
 
     Descriptor file_;
@@ -223,6 +220,7 @@ std::unique_ptr<ReplacingFile> CreateReplacingFile(const fs::path& target, Exist
             file = CreateLocked(temporary, error);
         }
         if (file) {
+            TakePermissionsOf(target, file);
             return std::make_unique<PosixReplacingFile>(std::move(file), std::move(temporary), target, existing);
         }
         if (error != error::FileExists) {
