@@ -1,5 +1,5 @@
-// Any bytes as a program file: its resources, message tables and lists of providers. Bytes that do not begin like an image
-// are taken for one of the resources, so that short inputs reach all of the parts.
+// Any bytes as a program file: its resources, message tables and lists of providers. Bytes that do not begin like an
+// image are taken for one of the resources, so that short inputs reach all of the parts.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -53,7 +53,7 @@ void ReadTable(std::vector<std::byte> bytes) {
     Expect(table->ByteSize() <= 2 * size);
     for (const std::uint32_t id : {0U, 1U, 7U, 0xFFFFU, 0x10000U, 0x50000002U, 0xB0000001U, 0xFFFFFFFFU}) {
         const std::optional<std::wstring> text = table->Find(id);
-        Expect(!text || text->size() <= 0xFFFF);
+        Expect(!text || text->size() <= 2 * 0xFFFF);
     }
     Publisher publisher;
     publisher.Messages = std::make_shared<const MessageTables>(std::vector{table});

@@ -3,13 +3,13 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "base/utf.h"
 #include "embedded/publisher/message_ids.h"
 #include "embedded/publisher/message_table.h"
 #include "embedded/publisher/publisher_folder.h"
+#include "platform/temporary_folder.h"
 #include "publisher/image_builder.h"
 #include "publisher/manifest_text.h"
 
@@ -20,17 +20,6 @@ using Names = std::vector<std::wstring>;
 
 class ImagePublishersTest : public testing::Test {
   protected:
-    ImagePublishersTest() {
-        const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-        folder_ = std::filesystem::temp_directory_path() / (std::string("corvina_images_") + test.name());
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_);
-    }
-    ~ImagePublishersTest() override {
-        std::error_code error;
-        std::filesystem::remove_all(folder_, error);
-    }
-
     void Write(const std::string& name, const std::string& bytes) const {
         const std::filesystem::path path = folder_ / name;
         std::filesystem::create_directories(path.parent_path());
@@ -49,7 +38,8 @@ class ImagePublishersTest : public testing::Test {
         return publisher == nullptr ? L"" : MessageById(*publisher, id).value_or(L"");
     }
 
-    std::filesystem::path folder_;
+    TemporaryFolder temporary_;
+    const std::filesystem::path& folder_ = temporary_.Path;
 };
 
 TEST_F(ImagePublishersTest, AClassicSourceIsTheFileOfItsName) {
@@ -185,11 +175,16 @@ TEST_F(ImagePublishersTest, ManifestsComeFirst) {
 }
 
 TEST_F(ImagePublishersTest, ManyLargeFilesAreNotRead) {
-    // Files that would take minutes to read; they have no bytes on the disk.
+    // Together they would take minutes to read. Where files can have a size without taking room, that is.
+#ifdef _WIN32
+    constexpr std::uintmax_t LargeSize = std::uintmax_t{1} << 20;
+#else
+    constexpr std::uintmax_t LargeSize = std::uintmax_t{200} << 20;
+#endif
     for (int number = 0; number < 300; ++number) {
         const std::string name = "large" + std::to_string(number) + ".dll";
         Write(name, MakeImage({{16, {}, 0, "a version"}}));
-        std::filesystem::resize_file(folder_ / name, std::uintmax_t{200} << 20);
+        std::filesystem::resize_file(folder_ / name, LargeSize);
     }
     WriteMessages("small.dll", {{1, L"found"}});
     EXPECT_EQ(Text(L"small", 1), L"found");

@@ -42,6 +42,13 @@ TEST(MessageTable, EightBitTextsAreOfTheWesternCodePage) {
     EXPECT_EQ(MessageTable(BytesOf(utf8)).Find(1), std::wstring(L"\xFC"));
 }
 
+TEST(MessageTable, OneLineBreakAtTheEndIsTheCompilers) {
+    std::string bytes = MakeMessageTable({{1, L"a\r\n"}, {2, L"b"}}, 0, false).Bytes;
+    EXPECT_EQ(MessageTable(BytesOf(bytes)).Find(1), L"a\r\n");
+    bytes.replace(bytes.rfind("b\r\n"), 3, "\nb\n");
+    EXPECT_EQ(MessageTable(BytesOf(bytes)).Find(2), L"\r\nb") << "line breaks are the platform's";
+}
+
 TEST(MessageTable, DamagedTablesKeepWhatIsSound) {
     const std::string bytes = MakeMessageTable(Messages).Bytes;
     for (std::size_t size = 0; size < bytes.size(); ++size) {

@@ -5,11 +5,11 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
-#include <system_error>
 #include <thread>
 #include <vector>
 
 #include "base/utf.h"
+#include "platform/temporary_folder.h"
 #include "publisher/manifest_text.h"
 
 namespace corvina::publisher {
@@ -19,22 +19,12 @@ using Names = std::vector<std::wstring>;
 
 class PublisherFolderTest : public testing::Test {
   protected:
-    PublisherFolderTest() {
-        const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-        folder_ = std::filesystem::temp_directory_path() / (std::string("corvina_publishers_") + test.name());
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_);
-    }
-    ~PublisherFolderTest() override {
-        std::error_code error;
-        std::filesystem::remove_all(folder_, error);
-    }
-
     void Write(const std::string& name, std::string_view text) const {
         std::ofstream(folder_ / name, std::ios::binary) << text;
     }
 
-    std::filesystem::path folder_;
+    TemporaryFolder temporary_;
+    const std::filesystem::path& folder_ = temporary_.Path;
 };
 
 TEST_F(PublisherFolderTest, ReadsEveryManifestOnFirstUse) {

@@ -36,6 +36,25 @@ std::wstring WideFromWestern(std::span<const std::byte> bytes) {
     return text;
 }
 
+// Some compilers write the line breaks of their own system; the platform gives them out in its own form.
+void CompleteLineBreaks(std::wstring& text) {
+    std::size_t position = text.find(L'\n');
+    while (position != std::wstring::npos && position != 0 && text[position - 1] == L'\r') {
+        position = text.find(L'\n', position + 1);
+    }
+    if (position == std::wstring::npos) {
+        return;
+    }
+    std::wstring complete;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        if (text[index] == L'\n' && (index == 0 || text[index - 1] != L'\r')) {
+            complete += L'\r';
+        }
+        complete += text[index];
+    }
+    text = std::move(complete);
+}
+
 std::wstring Decode(std::span<const std::byte> bytes, std::uint16_t flags) {
     std::wstring text;
     if ((flags & Utf16Entry) != 0) {
@@ -47,6 +66,7 @@ std::wstring Decode(std::span<const std::byte> bytes, std::uint16_t flags) {
     }
     // Entries are filled up to whole words with zeros.
     text.resize(std::min(text.find(L'\0'), text.size()));
+    CompleteLineBreaks(text);
     constexpr std::wstring_view LineBreak = L"\r\n";
     if (text.ends_with(LineBreak)) {
         text.resize(text.size() - LineBreak.size());
