@@ -1,6 +1,7 @@
 // The values of an event's System part by name, and sets of them.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 
 namespace corvina::evtx {
@@ -39,6 +40,8 @@ class SystemFieldSet {
     constexpr bool Has(SystemField field) const { return (bits_ & Bit(field)) != 0; }
     friend constexpr bool operator==(const SystemFieldSet&, const SystemFieldSet&) = default;
     constexpr bool IsEmpty() const { return bits_ == 0; }
+    // Of a set that is not empty.
+    constexpr SystemField First() const { return static_cast<SystemField>(std::countr_zero(bits_)); }
     constexpr void Remove(SystemField field) { bits_ &= ~Bit(field); }
 
     constexpr SystemFieldSet With(SystemFieldSet other) const { return SystemFieldSet(bits_ | other.bits_); }

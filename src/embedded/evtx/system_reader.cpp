@@ -211,10 +211,10 @@ const SystemPlan& PlanFor(SystemFieldSet wanted, const InstructionList& list, Sy
 }
 
 void ClearSystemFields(SystemFieldSet fields, SystemValues& values) {
-    for (unsigned index = 0; index < SystemFieldCount; ++index) {
-        if (fields.Has(static_cast<SystemField>(index))) {
-            ClearSystemField(static_cast<SystemField>(index), values);
-        }
+    while (!fields.IsEmpty()) {
+        const SystemField field = fields.First();
+        ClearSystemField(field, values);
+        fields.Remove(field);
     }
 }
 
