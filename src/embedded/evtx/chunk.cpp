@@ -40,6 +40,12 @@ std::uint32_t Checksum(std::uint32_t start, std::span<const std::byte> bytes) {
         crc32(start, reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned>(bytes.size())));
 }
 
+std::unique_ptr<std::byte[]> CopyOf(std::span<const std::byte> bytes) {
+    auto buffer = std::make_unique_for_overwrite<std::byte[]>(ChunkSize);
+    std::copy_n(bytes.begin(), std::min(bytes.size(), ChunkSize), buffer.get());
+    return buffer;
+}
+
 // Runs an event for nothing but to see whether it can be run.
 struct SoundnessHandler {
     static constexpr bool WantsStructure = false;
@@ -67,7 +73,8 @@ class XmlHandler {
 }  // namespace
 
 struct Chunk::State {
-    explicit State(std::vector<std::byte> bytes) : Bytes(std::move(bytes)), Templates(Bytes) {}
+    explicit State(std::unique_ptr<std::byte[]> buffer)
+        : Buffer(std::move(buffer)), Bytes(Buffer.get(), ChunkSize), Templates(Bytes) {}
 
     // The binary XML of a record: behind its header, before the copy of its size.
     ByteReader Content(const RecordPlace& record) const {
@@ -158,7 +165,8 @@ struct Chunk::State {
         });
     }
 
-    std::vector<std::byte> Bytes;
+    std::unique_ptr<std::byte[]> Buffer;
+    std::span<const std::byte> Bytes;
     TemplateStore Templates;
     std::vector<Value> Values;
     std::vector<RecordPlace> Places;
@@ -174,13 +182,15 @@ struct Chunk::State {
     RecordCopier Copier{Bytes};
 };
 
-Chunk::Chunk(std::vector<std::byte> bytes, bool verifyChecksums) {
-    // Padding could complete a record that was cut off, so the bytes are walked as they are. A place that could not be
-    // read stays empty, which needs no memory.
+Chunk::Chunk(std::span<const std::byte> bytes, bool verifyChecksums)
+    : Chunk(CopyOf(bytes), std::min(bytes.size(), ChunkSize), verifyChecksums) {}
+
+Chunk::Chunk(std::unique_ptr<std::byte[]> buffer, std::size_t size, bool verifyChecksums) {
+    // Padding could complete a record that was cut off, so the bytes are walked as they are.
     RecordWalk walk;
-    WalkRecords(bytes, walk);
-    bytes.resize(bytes.empty() ? 0 : ChunkSize);
-    state_ = std::make_unique<State>(std::move(bytes));
+    WalkRecords({buffer.get(), size}, walk);
+    std::fill(buffer.get() + size, buffer.get() + ChunkSize, std::byte{0});
+    state_ = std::make_unique<State>(std::move(buffer));
     state_->Places = std::move(walk.Records);
     state_->Soundness.resize(state_->Places.size(), RecordState::Unknown);
     state_->SoundRecords.reserve(state_->Places.size());

@@ -91,7 +91,7 @@ struct LogFile::State {
     std::uint64_t ForeignChunks = 0;
     RecordWalk Walk;  // working memory
     // For places that cannot be read, even for want of memory.
-    std::shared_ptr<const Chunk> EmptyChunk = std::make_shared<const Chunk>(std::vector<std::byte>());
+    std::shared_ptr<const Chunk> EmptyChunk = std::make_shared<const Chunk>(std::span<const std::byte>());
 };
 
 LogFile::LogFile(std::unique_ptr<State> state) : state_(std::move(state)) {}
@@ -138,9 +138,9 @@ std::shared_ptr<const Chunk> LogFile::ReadChunk(std::size_t index) const {
         return state_->EmptyChunk;
     }
     try {
-        std::vector<std::byte> bytes(ChunkSize);
-        bytes.resize(state_->File->ReadAt(state_->Chunks[index].FileOffset, bytes));
-        return std::make_shared<const Chunk>(std::move(bytes), (state_->Header.Flags & NoChecksumsFlag) == 0);
+        auto buffer = std::make_unique_for_overwrite<std::byte[]>(ChunkSize);
+        const std::size_t size = state_->File->ReadAt(state_->Chunks[index].FileOffset, {buffer.get(), ChunkSize});
+        return std::make_shared<const Chunk>(std::move(buffer), size, (state_->Header.Flags & NoChecksumsFlag) == 0);
     } catch (const std::bad_alloc&) {
         return state_->EmptyChunk;
     }

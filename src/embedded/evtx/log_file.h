@@ -58,7 +58,9 @@ struct ChunkDamage {
 class Chunk {
   public:
     // `bytes` is what the file holds at the chunk's place; a short last chunk is padded with zeros.
-    explicit Chunk(std::vector<std::byte> bytes, bool verifyChecksums = true);
+    explicit Chunk(std::span<const std::byte> bytes, bool verifyChecksums = true);
+    // The same without a copy: the first `size` bytes of `buffer`, which has room for a whole chunk.
+    Chunk(std::unique_ptr<std::byte[]> buffer, std::size_t size, bool verifyChecksums);
     ~Chunk();
     Chunk(const Chunk&) = delete;
     Chunk& operator=(const Chunk&) = delete;
