@@ -5,7 +5,6 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <optional>
 #include <span>
 #include <string>
@@ -37,8 +36,16 @@ std::wstring DecodeText(const std::string& bytes) {
     return text;
 }
 
-std::string ReadAll(std::istream& stream) {
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+// What comes after so many bytes is left: more is no valid document in any encoding.
+std::string ReadDocumentBytes(std::istream& stream) {
+    constexpr std::size_t MostBytes = std::size_t{80} << 20;
+    std::string bytes;
+    std::array<char, 65536> piece;
+    while (bytes.size() < MostBytes && stream) {
+        stream.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+        bytes.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
+    }
+    return bytes;
 }
 
 // The query document that an argument is, or that the file or the standard input that it names holds. None when it
@@ -47,7 +54,7 @@ std::optional<std::wstring> ReadDocument(const std::string& argument) {
     std::wstring text = WideFromUtf8(argument);
     std::string name = "the query";
     if (argument == "-") {
-        text = DecodeText(ReadAll(std::cin));
+        text = DecodeText(ReadDocumentBytes(std::cin));
     } else if (!xpath::IsQueryDocument(text)) {
         name = argument;
         std::ifstream file(PathFromArgument(argument), std::ios::binary);
@@ -56,7 +63,7 @@ std::optional<std::wstring> ReadDocument(const std::string& argument) {
             Complain(name + ": the query document cannot be read");
             return std::nullopt;
         }
-        text = DecodeText(ReadAll(file));
+        text = DecodeText(ReadDocumentBytes(file));
     }
     if (!xpath::IsQueryDocument(text)) {
         Complain(name + ": this is not a query document");

@@ -14,6 +14,7 @@ int wmain(int count, wchar_t** arguments) {
     // The console shows UTF-8 while the program runs; its own setting comes back at the end.
     const UINT codePage = GetConsoleOutputCP();
     SetConsoleOutputCP(CP_UTF8);
+    _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     int result = corvina::tools::SomeFailed;
