@@ -2,6 +2,9 @@
 # compile pugixml from Debian's source package because no installed library exists for Windows.
 # Programs are one file each: no library may have to lie beside them.
 set(ZLIB_USE_STATIC_LIBS ON)
+if(ZLIB_LIBRARY_RELEASE MATCHES "\\.so$")
+  unset(ZLIB_LIBRARY_RELEASE CACHE)  # of a folder that was configured when shared libraries would do
+endif()
 find_package(ZLIB REQUIRED)
 
 if(EXISTS "${CORVINA_PUGIXML_SOURCE}/src/pugixml.cpp" AND (CMAKE_CROSSCOMPILING OR CORVINA_SANITIZE OR CORVINA_FUZZ))

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include "embedded/evtx/chunk_header.h"
 #include "evtx/memory_file.h"
 #include "evtx/test_chunk.h"
 #include "platform/error_codes.h"
@@ -121,6 +122,49 @@ TEST(LogFileTest, TheHeaderIsBelievedOnlyWhenItsChecksumIsRight) {
     header[9] = 'x';
     EXPECT_EQ(AllIds(*OpenBytes(header + chunk)), "1 2 ");
     EXPECT_FALSE(OpenBytes(header)->Header().ChecksumValid);
+}
+
+// Reads that a log takes to open, to tell whether a chunk's records were walked.
+class CountingFile : public MemoryFile {
+  public:
+    CountingFile(std::string bytes, std::uint64_t& bytesRead) : MemoryFile(std::move(bytes)), bytesRead_(bytesRead) {}
+
+    std::size_t ReadAt(std::uint64_t offset, std::span<std::byte> buffer) const override {
+        bytesRead_ += buffer.size();
+        return MemoryFile::ReadAt(offset, buffer);
+    }
+
+  private:
+    std::uint64_t& bytesRead_;
+};
+
+TEST(LogFileTest, ChunksWithASoundHeaderAreNotWalked) {
+    const auto withField = [](std::size_t offset, std::uint64_t value, std::size_t size) {
+        std::string chunk = ChunkWith(5, 3);
+        chunk.replace(offset, size, LittleEndian(value, size));
+        chunk.replace(124, 4, LittleEndian(ChunkHeaderChecksum(std::as_bytes(std::span(chunk))), 4));
+        return chunk;
+    };
+    const auto bytesToOpen = [](const std::string& chunk, const char* ids) {
+        std::uint64_t bytesRead = 0;
+        std::uint32_t error = 0;
+        const auto file =
+            LogFile::Open(std::make_unique<CountingFile>(HeaderBytes() + chunk + ChunkWith(20, 1), bytesRead), error);
+        const std::uint64_t toOpen = bytesRead;
+        EXPECT_EQ(AllIds(*file), ids);
+        return toOpen;
+    };
+    const std::uint64_t headersOnly = bytesToOpen(ChunkWith(5, 3), "5 6 7 20 ");
+    EXPECT_LT(headersOnly, 8192U);
+    // Headers that do not fit their records do not hide them, whatever their checksum says.
+    EXPECT_GT(bytesToOpen(withField(24, 4, 8), "5 6 7 20 "), headersOnly);           // first record id
+    EXPECT_GT(bytesToOpen(withField(32, 9, 8), "5 6 7 20 "), headersOnly);           // last record id
+    EXPECT_GT(bytesToOpen(withField(16, 5000, 8), "5 6 7 20 "), headersOnly);        // last record number
+    EXPECT_GT(bytesToOpen(withField(44, 70000, 4), "5 6 7 20 "), headersOnly);       // place of the last record
+    EXPECT_GT(bytesToOpen(withField(48, 0xFFFFFFFF, 4), "5 6 7 20 "), headersOnly);  // free space
+    std::string damaged = ChunkWith(5, 3);
+    damaged[130] ^= 1;
+    EXPECT_GT(bytesToOpen(damaged, "5 6 7 20 "), headersOnly);
 }
 
 TEST(LogFileTest, ChecksumsOfChunksAreIgnoredWhenTheFileHasNone) {

@@ -174,6 +174,11 @@ TEST_F(SampleFilesTest, EveryRecordIsReadAndWellFormed) {
             records += chunk->Records().size();
             // A record in a chunk with damage may lack a part of what it refers to, and still be one.
             const bool isWhole = chunk->Damage().SkippedRecords == 0 && !chunk->Damage().RecordsChecksum;
+            if (isWhole) {
+                EXPECT_EQ(file->Chunks()[index].RecordCount, chunk->Records().size());
+                EXPECT_EQ(file->Chunks()[index].FirstRecordId, chunk->Records().front().RecordId);
+                EXPECT_EQ(file->Chunks()[index].LastRecordId, chunk->Records().back().RecordId);
+            }
             for (const RecordPlace& record : chunk->Records()) {
                 CheckRecord(*chunk, record, isWhole);
                 if (HasFatalFailure() || HasNonfatalFailure()) {

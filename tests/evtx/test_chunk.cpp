@@ -175,6 +175,8 @@ std::uint32_t TestChunk::AddRecord(std::uint64_t id, const Tokens& content, std:
     Put(free_, "**" + LittleEndian(0, 2) + LittleEndian(size, 4) + LittleEndian(id, 8) + LittleEndian(written, 8) +
                    content.Bytes() + LittleEndian(size, 4));
     free_ += size;
+    recordIds_.push_back(id);
+    lastRecord_ = offset;
     EXPECT_LE(free_, stored_) << "the test's chunk is too full";
     return offset;
 }
@@ -195,7 +197,11 @@ void TestChunk::Put(std::size_t offset, std::string_view bytes) {
 
 std::vector<std::byte> TestChunk::Finish() {
     Put(0, {"ElfChnk", 8});
-    Put(40, LittleEndian(128, 4));
+    if (!recordIds_.empty()) {
+        Put(8, LittleEndian(1, 8) + LittleEndian(recordIds_.size(), 8));
+        Put(24, LittleEndian(recordIds_.front(), 8) + LittleEndian(recordIds_.back(), 8));
+    }
+    Put(40, LittleEndian(128, 4) + LittleEndian(lastRecord_, 4));
     Put(48, LittleEndian(free_, 4));
     const std::string_view all = bytes_;
     Put(52, LittleEndian(Checksum(all.substr(512, free_ - 512)), 4));

@@ -99,6 +99,8 @@ class TestChunk {
 
     std::string bytes_;
     std::size_t free_ = 512;
+    std::vector<std::uint64_t> recordIds_;
+    std::uint32_t lastRecord_ = 0;
     std::size_t stored_ = ChunkSize;  // names and definitions grow down from the end
     std::map<std::string, std::uint32_t, std::less<>> names_;
 };

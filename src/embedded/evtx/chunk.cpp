@@ -4,6 +4,7 @@
 #include <zlib.h>
 
 #include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/chunk_header.h"
 #include "embedded/evtx/data_reader.h"
 #include "embedded/evtx/event_tree.h"
 #include "embedded/evtx/event_tree_reader.h"
@@ -20,9 +21,6 @@ namespace corvina::evtx {
 namespace {
 
 constexpr std::size_t RecordsChecksumField = 52;
-constexpr std::size_t HeaderChecksumField = 124;
-constexpr std::size_t HeaderFieldsSize = 120;
-constexpr std::size_t TablesOffset = 128;
 constexpr std::int64_t CostOfAnyRecord = 64 * 1024;  // for the fixed text of its template
 constexpr std::int64_t CostOfRecordByte = 512;
 
@@ -108,10 +106,8 @@ struct Chunk::State {
         }
         ChecksumsWanted = false;
         const std::span<const std::byte> bytes = Bytes;
-        const std::uint32_t fields = Checksum(0, bytes.first(HeaderFieldsSize));
-        const std::uint32_t header = Checksum(fields, bytes.subspan(TablesOffset, ChunkHeaderSize - TablesOffset));
         const std::uint32_t records = Checksum(0, bytes.subspan(ChunkHeaderSize, UsedEnd - ChunkHeaderSize));
-        Damage.HeaderChecksum = header != LoadUInt32(&bytes[HeaderChecksumField]);
+        Damage.HeaderChecksum = ChunkHeaderChecksum(bytes) != StoredHeaderChecksum(bytes);
         Damage.RecordsChecksum = records != LoadUInt32(&bytes[RecordsChecksumField]);
     }
 

@@ -6,6 +6,7 @@
 #include <zlib.h>
 
 #include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/chunk_header.h"
 #include "embedded/evtx/record_walk.h"
 #include "platform/error_codes.h"
 
@@ -18,7 +19,6 @@ constexpr std::size_t HeaderChecksumField = 124;
 constexpr std::size_t SmallestHeader = 128;
 constexpr std::uint16_t SupportedVersion = 3;
 constexpr std::uint32_t NoChecksumsFlag = 4;
-constexpr std::size_t ChunksAtOnce = 4;
 
 // False when the bytes are not the header of an event log.
 bool ReadHeader(std::span<const std::byte> bytes, FileHeader& header, std::uint64_t& firstChunk) {
@@ -47,33 +47,35 @@ struct LogFile::State {
     explicit State(std::unique_ptr<RandomAccessFile> file) : File(std::move(file)) {}
 
     void FindChunks(std::uint64_t firstChunk) {
-        std::vector<std::byte> buffer(ChunksAtOnce * ChunkSize);
-        std::uint64_t offset = firstChunk;
-        while (offset < File->Size()) {
-            const std::size_t count = File->ReadAt(offset, buffer);
-            for (std::size_t place = 0; place < count; place += ChunkSize) {
-                const std::size_t size = std::min(ChunkSize, count - place);
-                AddPlace(offset + place, std::span<const std::byte>(buffer).subspan(place, size));
+        std::vector<std::byte> buffer;
+        for (std::uint64_t offset = firstChunk; offset < File->Size(); offset += ChunkSize) {
+            ChunkPlace place;
+            if ((Header.Flags & NoChecksumsFlag) == 0 && ReadChunkHeader(*File, offset, place)) {
+                Add(place);
+                continue;
             }
-            if (count < buffer.size()) {
-                break;
-            }
-            offset += count;
+            buffer.resize(ChunkSize);
+            const std::size_t size = File->ReadAt(offset, buffer);
+            WalkPlace(offset, std::span<const std::byte>(buffer).first(size));
         }
         std::stable_sort(Chunks.begin(), Chunks.end(), [](const ChunkPlace& left, const ChunkPlace& right) {
             return left.FirstRecordId < right.FirstRecordId;
         });
     }
 
-    void AddPlace(std::uint64_t offset, std::span<const std::byte> bytes) {
+    void Add(const ChunkPlace& place) {
+        Chunks.push_back(place);
+        Records += place.RecordCount;
+    }
+
+    void WalkPlace(std::uint64_t offset, std::span<const std::byte> bytes) {
         WalkRecords(bytes, Walk);
         if (!Walk.Records.empty()) {
             const auto [first, last] = std::minmax_element(
                 Walk.Records.begin(), Walk.Records.end(),
                 [](const RecordPlace& left, const RecordPlace& right) { return left.RecordId < right.RecordId; });
             const auto count = static_cast<std::uint32_t>(Walk.Records.size());
-            Chunks.push_back({offset, first->RecordId, last->RecordId, count});
-            Records += count;
+            Add({offset, first->RecordId, last->RecordId, count});
         } else if (!Walk.HasHeader && !HoldsOnlyZeros(bytes)) {
             if (bytes.size() == ChunkSize) {
                 ++ForeignChunks;

@@ -109,12 +109,12 @@ class Chunk {
     std::unique_ptr<State> state_;
 };
 
-// Where a chunk stands and what its header says, without its records having been decoded.
+// Where a chunk stands and what it holds, without its records having been decoded.
 struct ChunkPlace {
     std::uint64_t FileOffset = 0;
     std::uint64_t FirstRecordId = 0;
     std::uint64_t LastRecordId = 0;
-    std::uint32_t RecordCount = 0;  // by walking the records' sizes, binary XML not looked at
+    std::uint32_t RecordCount = 0;  // as its header says, or by walking the records' sizes; binary XML is not looked at
 };
 
 // An open log file.
@@ -133,7 +133,8 @@ class LogFile {
     std::uint64_t Size() const;
 
     // All chunks that hold records, oldest records first (a log that has wrapped does not start with its first chunk).
-    // Found by walking the whole file in steps of 64 KiB: the counts in the header of a dirty file are stale.
+    // Found by walking the whole file in steps of 64 KiB: the counts in the header of a dirty file are stale. Chunks
+    // with a sound header are believed about their records; the records of others are walked.
     std::span<const ChunkPlace> Chunks() const;
 
     // Reads one chunk of Chunks(). Never none: a chunk that can no longer be read has no records.

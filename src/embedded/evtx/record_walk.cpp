@@ -12,11 +12,6 @@ constexpr std::size_t FreeSpaceField = 48;
 constexpr char ChunkSignature[] = "ElfChnk";  // with its closing zero: eight bytes
 constexpr char RecordSignature[] = "**\0";    // with its closing zero: four bytes
 
-bool HasRecordSignature(std::span<const std::byte> chunk, std::size_t offset) {
-    return chunk.size() - offset >= sizeof RecordSignature &&
-           std::memcmp(chunk.data() + offset, RecordSignature, sizeof RecordSignature) == 0;
-}
-
 // Reads the record at `offset` when it is whole: signature there, both sizes equal, all of it before `end`.
 bool ReadPlace(std::span<const std::byte> chunk, std::size_t offset, std::size_t end, RecordPlace& place) {
     if (end - offset < SmallestRecord || !HasRecordSignature(chunk, offset)) {
@@ -54,12 +49,17 @@ std::size_t UsedEndOf(std::span<const std::byte> chunk) {
     return end < ChunkHeaderSize || end > ChunkSize ? chunk.size() : std::min<std::size_t>(end, chunk.size());
 }
 
+}  // namespace
+
 bool HasChunkSignature(std::span<const std::byte> chunk) {
     return chunk.size() >= sizeof ChunkSignature &&
            std::memcmp(chunk.data(), ChunkSignature, sizeof ChunkSignature) == 0;
 }
 
-}  // namespace
+bool HasRecordSignature(std::span<const std::byte> chunk, std::size_t offset) {
+    return chunk.size() - offset >= sizeof RecordSignature &&
+           std::memcmp(chunk.data() + offset, RecordSignature, sizeof RecordSignature) == 0;
+}
 
 bool HoldsOnlyZeros(std::span<const std::byte> bytes) {
     // The bytes are all the same when each equals its neighbour, which is compared in large steps.

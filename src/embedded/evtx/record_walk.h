@@ -23,6 +23,11 @@ struct RecordWalk {
     std::vector<RecordPlace> Records;
 };
 
+bool HasChunkSignature(std::span<const std::byte> chunk);
+
+// Whether the four bytes that start a record stand at `offset`, which is not beyond the end.
+bool HasRecordSignature(std::span<const std::byte> chunk, std::size_t offset);
+
 bool HoldsOnlyZeros(std::span<const std::byte> bytes);
 
 // Walks one chunk; `chunk` may be shorter than a whole one when the file was cut off. Places without a chunk signature
