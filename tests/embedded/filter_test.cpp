@@ -5,6 +5,7 @@
 
 #include "base/identifiers.h"
 #include "embedded/filter_log.h"
+#include "embedded/forwarded_log.h"
 #include "support/event_log_fixture.h"
 
 namespace corvina::xpath {
@@ -318,6 +319,23 @@ TEST(FilterTest, SystemValuesAreComparedByTheirKind) {
         {L"*[System[TimeCreated[timediff(@SystemTime,0)=0]]]", {2}},
         {L"*[System[TimeCreated[TimeDiff(@SystemTime)<=-1]]]", {}},
     });
+}
+
+TEST(FilterTest, TextsOfForwardedEventsAreAsked) {
+    const test::TemporaryFolder folder;
+    ASSERT_TRUE(test::WriteForwardedLog(folder.Path() / "log.evtx"));
+    std::uint32_t error = 0;
+    const auto file = evtx::LogFile::Open(folder.Path() / "log.evtx", error);
+    ASSERT_NE(file, nullptr);
+    const auto chunk = file->ReadChunk(0);
+    const auto matches = [&](const wchar_t* text) {
+        return test::Matches(*Filter::Parse(text, test::FilterTestNow), *chunk, chunk->Records().front());
+    };
+    EXPECT_TRUE(matches(L"*[System[Level=2] and RenderingInfo[Level='Remote level']]"));
+    EXPECT_TRUE(matches(L"*[RenderingInfo[@Culture='en-US' and Keywords/Keyword='Second']]"));
+    EXPECT_TRUE(matches(L"*[RenderingInfo/Keywords[Keyword[position()=2]='Second']]"));
+    EXPECT_FALSE(matches(L"*[RenderingInfo[Level=2]]"));
+    EXPECT_FALSE(matches(L"*[RenderingInfo/Keywords/Keyword='Third']"));
 }
 
 }  // namespace
