@@ -1,5 +1,6 @@
 #include "embedded/event_query.h"
 
+#include <algorithm>
 #include <tuple>
 #include <utility>
 
@@ -22,6 +23,10 @@ EventQuery::EventQuery(std::vector<Source> sources, std::vector<LogCursor> logs,
       logs_(std::move(logs)),
       waiting_(Earlier{newestFirst}),
       holding_(Earlier{newestFirst}) {}
+
+bool EventQuery::HasReadFailed() const {
+    return std::any_of(logs_.begin(), logs_.end(), [](const LogCursor& log) { return log.HasReadFailed(); });
+}
 
 std::vector<std::wstring> EventQuery::Names() const {
     std::vector<std::wstring> names;

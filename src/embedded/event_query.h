@@ -34,6 +34,9 @@ class EventQuery {
     // Moves to the next event; false at the end.
     bool Next(EventPlace& place);
 
+    // Whether a part of a log could not be read so far, so that events are missing.
+    bool HasReadFailed() const;
+
     std::vector<std::wstring> Names() const;
     std::vector<std::uint32_t> Statuses() const;
 

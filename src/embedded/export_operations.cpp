@@ -24,7 +24,8 @@ bool AreExportFlagsValid(DWORD flags) {
 }
 
 // Damaged records are not among the events of a query, so they are left out; so is what fits into no chunk, which only
-// a forged log has. One bad record never keeps the rest from being saved.
+// a forged log has. One bad record never keeps the rest from being saved. But what could not be read at all may be
+// sound: an export without it would pass for the whole, and a log would be cleared for it.
 std::uint32_t WriteEvents(EventQuery& events, evtx::LogFileWriter& writer) {
     if (const std::uint32_t error = writer.Begin()) {
         return error;
@@ -39,7 +40,7 @@ std::uint32_t WriteEvents(EventQuery& events, evtx::LogFileWriter& writer) {
             return error;
         }
     }
-    return writer.Finish();
+    return events.HasReadFailed() ? error::DeviceError : writer.Finish();
 }
 
 // The record identifier that the log's next event would get. The header of a file that was not closed is behind its

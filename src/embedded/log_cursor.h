@@ -33,6 +33,9 @@ class LogCursor {
     // When that event was created, or written if it does not say; a file time.
     std::uint64_t Time();
 
+    // Whether a part of the log could not be read, so that events are missing.
+    bool HasReadFailed() const { return log_ != nullptr && log_->File().HasReadFailed(); }
+
     // Frees the chunk; it is read again when it is needed.
     void LetGoOfChunk() { chunk_ = nullptr; }
 

@@ -104,6 +104,9 @@ TEST(LogFileTest, CutFilesGiveTheirWholeRecords) {
     EXPECT_EQ(idsUpTo(secondChunk + 512 + 100), "1 2 3 4 ");
     EXPECT_EQ(idsUpTo(secondChunk + 513), "1 2 3 ");
     EXPECT_EQ(idsUpTo(4650), "");
+    const auto cut = OpenBytes(whole.substr(0, secondChunk + 512 + 100));
+    AllIds(*cut);
+    EXPECT_FALSE(cut->HasReadFailed()) << "what was never there is not missing";
     EXPECT_EQ(OpenBytes(whole + "tail")->ForeignBytes(), 4U);
     EXPECT_EQ(OpenBytes(whole + std::string(100, '\0'))->ForeignBytes(), 0U);
 }
@@ -183,7 +186,9 @@ TEST(LogFileTest, AFileThatShrinksWhileOpenHasEmptyChunks) {
     ASSERT_NE(file, nullptr);
     bytes.Shrink(4096 + ChunkSize + 600);
     EXPECT_EQ(file->ReadChunk(0)->Records().size(), 2U);
+    EXPECT_FALSE(file->HasReadFailed());
     EXPECT_EQ(file->ReadChunk(1)->Records().size(), 1U);
+    EXPECT_TRUE(file->HasReadFailed());
     bytes.Shrink(100);
     EXPECT_TRUE(file->ReadChunk(0)->Records().empty());
     EXPECT_TRUE(file->ReadChunk(2)->Records().empty());

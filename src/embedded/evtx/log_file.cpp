@@ -91,6 +91,7 @@ struct LogFile::State {
     std::uint64_t Records = 0;
     std::uint64_t ForeignBytes = 0;
     std::uint64_t ForeignChunks = 0;
+    bool ReadFailed = false;
     RecordWalk Walk;  // working memory
     // For places that cannot be read, even for want of memory.
     std::shared_ptr<const Chunk> EmptyChunk = std::make_shared<const Chunk>(std::span<const std::byte>());
@@ -141,11 +142,18 @@ std::shared_ptr<const Chunk> LogFile::ReadChunk(std::size_t index) const {
     }
     try {
         auto buffer = std::make_unique_for_overwrite<std::byte[]>(ChunkSize);
-        const std::size_t size = state_->File->ReadAt(state_->Chunks[index].FileOffset, {buffer.get(), ChunkSize});
+        const std::uint64_t offset = state_->Chunks[index].FileOffset;
+        const std::size_t size = state_->File->ReadAt(offset, {buffer.get(), ChunkSize});
+        state_->ReadFailed |= size < std::min<std::uint64_t>(ChunkSize, state_->File->Size() - offset);
         return std::make_shared<const Chunk>(std::move(buffer), size, (state_->Header.Flags & NoChecksumsFlag) == 0);
     } catch (const std::bad_alloc&) {
+        state_->ReadFailed = true;
         return state_->EmptyChunk;
     }
+}
+
+bool LogFile::HasReadFailed() const {
+    return state_->ReadFailed;
 }
 
 std::uint64_t LogFile::RecordCount() const {

@@ -140,6 +140,10 @@ class LogFile {
     // Reads one chunk of Chunks(). Never none: a chunk that can no longer be read has no records.
     std::shared_ptr<const Chunk> ReadChunk(std::size_t index) const;
 
+    // Whether ReadChunk could not read all that the file held when it was opened: for those who must not take a part of
+    // a log for the whole.
+    bool HasReadFailed() const;
+
     // The number of records in all chunks, as Chunks() counts them.
     std::uint64_t RecordCount() const;
     std::uint64_t OldestRecordId() const;  // 0 when there are no records
