@@ -40,6 +40,14 @@ void* operator new(std::size_t size) {
     return block + BlockHeader;
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 void operator delete(void* memory) noexcept {
     if (memory != nullptr) {
         std::byte* const block = static_cast<std::byte*>(memory) - BlockHeader;
@@ -49,6 +57,10 @@ void operator delete(void* memory) noexcept {
 }
 
 void operator delete(void* memory, std::size_t) noexcept {
+    operator delete(memory);
+}
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
     operator delete(memory);
 }
 
