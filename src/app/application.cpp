@@ -182,6 +182,10 @@ const i18n::Language& Application::CurrentLanguage() const {
     return state_->Language;
 }
 
+Theme& Application::Scheme() {
+    return state_->Scheme;
+}
+
 const Palette& Application::Colors() const {
     return state_->Scheme.Colors();
 }

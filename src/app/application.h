@@ -19,6 +19,7 @@
 #include "i18n/language.h"
 #include "platform/accounts.h"
 #include "platform/category_message_files.h"
+#include "platform/dark_mode_api.h"
 #include "platform/debug_log.h"
 #include "platform/event_log_api.h"
 #include "platform/locale_services.h"
@@ -27,7 +28,7 @@
 #include "platform/settings_store.h"
 #include "platform/system_errors.h"
 #include "platform/system_services.h"
-#include "theme/palette.h"
+#include "theme/theme.h"
 
 namespace corvina {
 
@@ -57,6 +58,7 @@ struct Ports {
     SystemErrors& Errors;
     CategoryMessageFiles& Categories;
     PortFactory& Factory;
+    DarkModeApi& DarkMode;
 };
 
 struct Views {
@@ -102,7 +104,8 @@ class Application {
 
     const i18n::Language& CurrentLanguage() const;
 
-    // The colours of the running display mode; the window paints with them after each MainWindowView::ApplyTheme.
+    // The running display mode and its colours; the window paints with them after each MainWindowView::ApplyTheme.
+    Theme& Scheme();
     const Palette& Colors() const;
     // Whether the rows of the event list take colours by their level.
     bool ColorsRowsByLevel() const;

@@ -21,7 +21,7 @@
 namespace corvina {
 
 struct Application::State {
-    State(Ports& system, const Views& views) : System(system), Shown(views), Tree(&views.Tree) {}
+    State(Ports& system, const Views& views) : System(system), Shown(views), Scheme(system.DarkMode), Tree(&views.Tree) {}
 
     Ports& System;
     Views Shown;

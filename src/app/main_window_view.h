@@ -30,12 +30,6 @@ struct ListColumn {
     int Width = 0;  // pixels
 };
 
-// What the system can do about dark windows, and whether it asks programs to be dark.
-struct DarkModeSupport {
-    bool IsSupported = false;
-    bool SystemAsksForDark = false;
-};
-
 // The stations of the Tab key, in their order.
 enum class FocusStation { Tree, List, LeftProperties, RightProperties, Description, Xml };
 
@@ -43,8 +37,6 @@ class MainWindowView {
   public:
     virtual ~MainWindowView() = default;
 
-    // Looks for the system's entry points for dark windows. Without a probe there are none.
-    virtual DarkModeSupport ProbeDarkMode() { return {}; }
     // Initialises the component object model for the window's thread (apartment threaded).
     virtual void InitializeCom() = 0;
     // Creates the topmost tooltip window with one tooltip over the client area.

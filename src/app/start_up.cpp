@@ -20,12 +20,6 @@ std::wstring WideVersion() {
     return std::wstring(version.begin(), version.end());
 }
 
-// Dark windows came with this build of the system; older ones are not even asked.
-bool MayHaveDarkMode(const WindowsVersion& version) {
-    constexpr std::uint32_t FirstDarkBuild = 17631;
-    return version.Major > 10 || (version.Major == 10 && (version.Minor != 0 || version.Build >= FirstDarkBuild));
-}
-
 }  // namespace
 
 void StartUp::Run() {
@@ -61,10 +55,7 @@ void StartUp::CreateFolders() {
 }
 
 void StartUp::ProbeDarkMode() {
-    if (MayHaveDarkMode(state_.System.System.Version())) {
-        const DarkModeSupport support = state_.Shown.Window.ProbeDarkMode();
-        state_.Scheme.SetSystem(support.IsSupported, support.SystemAsksForDark);
-    }
+    state_.Scheme.System().Init(state_.System.System.Version());
 }
 
 void StartUp::OpenSettings() {
@@ -72,7 +63,7 @@ void StartUp::OpenSettings() {
 }
 
 void StartUp::ChooseTheme() {
-    state_.Values.CurrTheme = ReadDisplayMode(*state_.Settings, state_.Scheme.SupportsDarkMode());
+    state_.Values.CurrTheme = ReadDisplayMode(*state_.Settings, state_.Scheme.System().IsSupported());
     state_.Scheme.Apply(state_.Values.CurrTheme);
 }
 

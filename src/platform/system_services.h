@@ -1,4 +1,5 @@
-// The port to what the program asks of the system once, at start: names, versions, folders and privileges.
+// The port to what the program asks of the system at start and at a restart: names, versions, folders, privileges and the
+// start of another program.
 #pragma once
 
 #include <cstdint>
@@ -35,6 +36,9 @@ class SystemServices {
     virtual std::optional<std::uint16_t> UserInterfaceLanguage() const = 0;
 
     virtual WindowsVersion Version() const = 0;
+
+    // Starts a program as if the user had opened its file (verb "open", shown normally). A failure is not reported.
+    virtual void StartProgram(std::wstring_view path) = 0;
 };
 
 // The process token, opened for adjusting privileges.

@@ -2,17 +2,23 @@
 
 namespace corvina {
 
-void Theme::SetSystem(bool supportsDarkMode, bool asksForDark) {
-    supportsDarkMode_ = supportsDarkMode;
-    systemAsksForDark_ = asksForDark;
-}
-
 void Theme::Apply(int mode) {
     if (mode >= static_cast<int>(DisplayMode::White) && mode <= static_cast<int>(DisplayMode::FollowSystem)) {
         mode_ = static_cast<DisplayMode>(mode);
     }
-    const bool dark = mode_ == DisplayMode::Black || (mode_ == DisplayMode::FollowSystem && systemAsksForDark_);
-    colors_ = dark ? DarkPalette : LightPalette;
+    isDark_ = mode_ == DisplayMode::Black || (mode_ == DisplayMode::FollowSystem && system_.IsSystemDark());
+    colors_ = isDark_ ? DarkPalette : LightPalette;
+}
+
+bool Theme::SettingChanged(std::wstring_view changed) {
+    if (!system_.IsColorChange(changed)) {
+        return false;
+    }
+    system_.SystemColorsChanged();
+    if (mode_ == DisplayMode::FollowSystem) {
+        Apply(static_cast<int>(mode_));
+    }
+    return true;
 }
 
 }  // namespace corvina

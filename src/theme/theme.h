@@ -1,31 +1,39 @@
 // The display mode of the program and the colours that follow from it.
 #pragma once
 
+#include <string_view>
+
+#include "theme/dark_mode.h"
 #include "theme/palette.h"
 
 namespace corvina {
 
-enum class DisplayMode : int { White = 0, Black = 1, FollowSystem = 2 };
-
 class Theme {
   public:
-    // What the system can do, found out once at start: whether it draws dark windows, and whether it asks programs to
-    // be dark.
-    void SetSystem(bool supportsDarkMode, bool asksForDark);
-    bool SupportsDarkMode() const { return supportsDarkMode_; }
+    explicit Theme(DarkModeApi& api) : system_(api) {}
+
+    // The system's part of it: to be initialised once, and asked for marking windows.
+    DarkMode& System() { return system_; }
+    const DarkMode& System() const { return system_; }
 
     // Takes a mode's number and picks its colours. Any other number leaves the mode as it is; its colours are picked
     // again, since the system may have changed.
     void Apply(int mode);
 
+    // A window has received WM_SETTINGCHANGE with that text; every open window tells its own. True when it spoke of the
+    // colours: the window then paints itself and its controls anew.
+    bool SettingChanged(std::wstring_view changed);
+
     DisplayMode Mode() const { return mode_; }
     const Palette& Colors() const { return colors_; }
+    // Whether texts are light on a dark ground.
+    bool IsDark() const { return isDark_; }
 
   private:
+    DarkMode system_;
     DisplayMode mode_ = DisplayMode::Black;
     Palette colors_ = DarkPalette;
-    bool supportsDarkMode_ = false;
-    bool systemAsksForDark_ = false;
+    bool isDark_ = true;
 };
 
 }  // namespace corvina

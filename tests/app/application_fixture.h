@@ -12,6 +12,7 @@
 
 #include "app/application.h"
 #include "embedded/embedded_event_log.h"
+#include "support/doubles_dark_mode.h"
 #include "support/doubles_locale.h"
 #include "support/doubles_ports.h"
 #include "support/doubles_settings.h"
@@ -135,11 +136,12 @@ class ApplicationTest : public testing::Test {
     TestSystemErrors errors_;
     TestCategoryFiles categories_;
     TestFactory factory_{settings_, journal_};
+    FakeDarkMode darkMode_;
     RecordingMainWindow window_{journal_};
     RecordingTreeView tree_;
     RecordingLoadView load_;
     RecordingDetailsPane details_;
-    Ports ports_{system_, token_, debug_, prompts_, pump_, accounts_, locale_, errors_, categories_, factory_};
+    Ports ports_{system_, token_, debug_, prompts_, pump_, accounts_, locale_, errors_, categories_, factory_, darkMode_};
     std::unique_ptr<Application> app_;
 };
 

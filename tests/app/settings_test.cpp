@@ -88,17 +88,6 @@ TEST_F(SettingsTest, DisplayModeFollowsTheSystemOnlyWhereItCanBeDark) {
         EXPECT_EQ(ReadDisplayMode(settings_, true), withDark) << testing::PrintToString(text);
         EXPECT_EQ(ReadDisplayMode(settings_, false), withoutDark) << testing::PrintToString(text);
     }
-    Theme theme;
-    EXPECT_EQ(theme.Mode(), DisplayMode::Black);
-    theme.Apply(9);  // no such mode: the built-in one stays
-    EXPECT_EQ(theme.Colors().Text, DarkPalette.Text);
-    theme.SetSystem(true, false);
-    theme.Apply(2);
-    EXPECT_EQ(theme.Colors().Text, LightPalette.Text);
-    theme.SetSystem(true, true);
-    theme.Apply(-1);  // the mode stays, the system has become dark
-    EXPECT_EQ(theme.Mode(), DisplayMode::FollowSystem);
-    EXPECT_EQ(theme.Colors().WindowFill, DarkPalette.WindowFill);
 }
 
 TEST_F(SettingsTest, OptionsTakeAnyText) {

@@ -22,6 +22,7 @@
 #include "platform/win32/registry_category_message_files.h"
 #include "platform/win32/settings_file.h"
 #include "platform/win32/windows_accounts.h"
+#include "platform/win32/windows_dark_mode.h"
 #include "platform/win32/windows_locale.h"
 #include "platform/win32/windows_message_pump.h"
 #include "platform/win32/windows_system_errors.h"
@@ -41,6 +42,9 @@ class MovedSystemServices final : public SystemServices {
     std::wstring ComputerName() const override { return real_.ComputerName(); }
     std::optional<std::uint16_t> UserInterfaceLanguage() const override { return 1033; }
     WindowsVersion Version() const override { return real_.Version(); }
+    void StartProgram(std::wstring_view path) override { Started.emplace_back(path); }
+
+    std::vector<std::wstring> Started;  // programs that are not really started
 
   private:
     WindowsSystemServices real_;
@@ -141,6 +145,7 @@ class MainWindowTest : public testing::Test {
     WindowsSystemErrors errors_;
     RegistryCategoryMessageFiles categories_;
     WindowsPortFactory factory_;
+    WindowsDarkMode darkMode_;
     Ports ports_;
     std::unique_ptr<MainWindow> window_;
 };

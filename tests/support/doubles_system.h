@@ -35,6 +35,7 @@ class FakeSystem final : public SystemServices {
         journal_.push_back(L"Version");
         return SystemVersion;
     }
+    void StartProgram(std::wstring_view path) override { journal_.push_back(L"StartProgram " + std::wstring(path)); }
 
     std::wstring Module = L"C:\\Corvina\\Corvina.exe";
     std::wstring Computer = L"TESTPC";

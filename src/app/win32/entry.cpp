@@ -9,6 +9,7 @@
 #include "platform/win32/registry_category_message_files.h"
 #include "platform/win32/system_library.h"
 #include "platform/win32/windows_accounts.h"
+#include "platform/win32/windows_dark_mode.h"
 #include "platform/win32/windows_locale.h"
 #include "platform/win32/windows_message_pump.h"
 #include "platform/win32/windows_prompts.h"
@@ -57,7 +58,8 @@ int RunProgram(HINSTANCE instance, int showCommand) {
     WindowsSystemErrors errors;
     RegistryCategoryMessageFiles categories;
     WindowsPortFactory factory;
-    Ports ports{system, privileges, debug, boxes, pump, accounts, locale, errors, categories, factory};
+    WindowsDarkMode darkMode;
+    Ports ports{system, privileges, debug, boxes, pump, accounts, locale, errors, categories, factory, darkMode};
 
     MainWindow window({.Instance = instance,
                        .System = ports,

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/win32/system_library.h"
+
 namespace corvina {
 namespace {
 
@@ -54,16 +56,26 @@ std::optional<std::uint16_t> WindowsSystemServices::UserInterfaceLanguage() cons
 
 WindowsVersion WindowsSystemServices::Version() const {
     // The documented version functions tell old numbers to programs whose manifest does not name the running system.
-    using GetNumbers = LONG(WINAPI*)(OSVERSIONINFOW*);
+    using GetNumbers = void(WINAPI*)(DWORD*, DWORD*, DWORD*);
     const HMODULE system = GetModuleHandleW(L"ntdll.dll");
     const auto getNumbers = reinterpret_cast<GetNumbers>(
-        reinterpret_cast<void*>(system == nullptr ? nullptr : GetProcAddress(system, "RtlGetVersion")));
-    OSVERSIONINFOW numbers{};
-    numbers.dwOSVersionInfoSize = sizeof(numbers);
-    if (getNumbers == nullptr || getNumbers(&numbers) != 0) {
+        reinterpret_cast<void*>(system == nullptr ? nullptr : GetProcAddress(system, "RtlGetNtVersionNumbers")));
+    if (getNumbers == nullptr) {
         return {};
     }
-    return {numbers.dwMajorVersion, numbers.dwMinorVersion, numbers.dwBuildNumber & 0x0FFFFFFF};
+    DWORD major = 0;
+    DWORD minor = 0;
+    DWORD build = 0;
+    getNumbers(&major, &minor, &build);
+    return {major, minor, build & 0x0FFFFFFF};
+}
+
+void WindowsSystemServices::StartProgram(std::wstring_view path) {
+    using Execute = HINSTANCE(WINAPI*)(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT);
+    const SystemLibrary shell(L"shell32.dll");
+    if (const auto execute = shell.Find<Execute>("ShellExecuteW"); execute != nullptr) {
+        execute(nullptr, L"open", std::wstring(path).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    }
 }
 
 }  // namespace corvina

@@ -16,6 +16,8 @@ class WindowsSystemServices : public SystemServices {
 
     // The true version, whatever the program's manifest says that it knows; zeros when it cannot be found.
     WindowsVersion Version() const override;
+
+    void StartProgram(std::wstring_view path) override;
 };
 
 }  // namespace corvina
