@@ -8,6 +8,7 @@
 #include "app/command_ids.h"
 #include "app/focus_ring.h"
 #include "app/node_path.h"
+#include "app/option_changes.h"
 #include "app/saved_logs.h"
 #include "app/setting_text.h"
 #include "app/start_up.h"
@@ -18,7 +19,14 @@ namespace {
 
 constexpr int SavedLogFilterSlot = 10;
 constexpr int InformationSlot = 13;
+constexpr int AboutSlot = 44;
+constexpr int CloseSlot = 56;
 constexpr int RemoveItemSlot = 195;
+
+constexpr std::wstring_view License =
+    L"Copyright \x00A9 2026 The Corvina developers\r\n\r\n"
+    L"Released under the MIT License: free to use, copy, change and pass on, as long as this notice goes with it. It "
+    L"comes without any warranty.";
 
 }  // namespace
 
@@ -151,6 +159,12 @@ void Application::Command(std::uint32_t command) {
             break;
         case CORVINA_ID_COLUMNS:
             ChooseColumns();
+            break;
+        case CORVINA_ID_OPTIONS:
+            EditOptions();
+            break;
+        case CORVINA_ID_ABOUT:
+            ShowAbout();
             break;
         default:
             break;
@@ -289,6 +303,38 @@ void Application::ChooseColumns() {
     state_->Logs->Loader.SetVisibleColumns(columns.Visible());
     state_->Logs->Selection.RepeatLoad();
     ForgetLostSavedLogs();
+}
+
+void Application::EditOptions() {
+    OptionChanges changes(*state_);
+    const auto chosen = state_->Shown.Window.EditOptions(changes.Offer());
+    if (!chosen) {
+        return;
+    }
+    const OptionChanges::Outcome outcome = changes.Apply(*chosen);
+    if (outcome.Restart) {
+        Restart();
+    } else if (outcome.OtherLanguage) {
+        // Levels and other texts in the rows are those of the language in which they were loaded.
+        state_->Logs->Selection.RepeatLoad();
+        ForgetLostSavedLogs();
+    }
+}
+
+void Application::Restart() {
+    // The new process reads the settings, so they are written before it starts.
+    Close();
+    state_->System.System.StartProgram(state_->Folders.ExecutablePath());
+    state_->Shown.Window.RequestClose();
+}
+
+void Application::ShowAbout() {
+    const i18n::Language& language = state_->Language;
+    state_->Shown.Window.ShowAbout({.Title = std::wstring(language.Text(AboutSlot)),
+                                    .Name = L"Corvina",
+                                    .Version = VersionLine(language),
+                                    .License = std::wstring(License),
+                                    .Close = std::wstring(language.Text(CloseSlot))});
 }
 
 }  // namespace corvina

@@ -122,6 +122,9 @@ class Application {
     void RemoveSelectedSavedLog();
     void RemoveSelectedRows();
     void ChooseColumns();
+    void EditOptions();
+    void Restart();
+    void ShowAbout();
     MenuSituation Situation() const;
     bool IsSelectedChannelEnabled() const;
 

@@ -21,7 +21,8 @@
 namespace corvina {
 
 struct Application::State {
-    State(Ports& system, const Views& views) : System(system), Shown(views), Scheme(system.DarkMode), Tree(&views.Tree) {}
+    State(Ports& system, const Views& views)
+        : System(system), Shown(views), Scheme(system.DarkMode), Tree(&views.Tree) {}
 
     Ports& System;
     Views Shown;

@@ -70,17 +70,23 @@ ListColumn ControlColumn(const ColumnInfo& info) {
 void EventListColumns::LoadColumnSettings(const SettingsStore& settings, const i18n::Language& language) {
     const std::wstring visibilityText = ReadSettingOrDefault(settings, Section, L"Columns", DefaultVisibility);
     const std::wstring widthsText = ReadSettingOrDefault(settings, Section, L"ColumnsWidth", DefaultWidths);
+    SetHeaders(language);
     std::wstring_view visibility = visibilityText;
     std::wstring_view widths = widthsText;
     for (std::size_t index = 0; index < ColumnCount; ++index) {
         const Column column = static_cast<Column>(index);
         ColumnInfo& info = columns_[index];
-        info.HeaderText = language.Text(HeaderSlot(column));
         info.Visible = TakeVisibility(visibility);
         info.Width = TakeWidth(widths);
         info.Kind = KindOf(column);
     }
     Renumber();
+}
+
+void EventListColumns::SetHeaders(const i18n::Language& language) {
+    for (std::size_t index = 0; index < ColumnCount; ++index) {
+        columns_[index].HeaderText = language.Text(HeaderSlot(static_cast<Column>(index)));
+    }
 }
 
 void EventListColumns::TakeWidths(const MainWindowView& window) {

@@ -40,6 +40,9 @@ class EventListColumns {
     // Writes "Columns".
     void SaveVisibility(SettingsStore& settings) const;
 
+    // Takes the headers' texts from another language.
+    void SetHeaders(const i18n::Language& language);
+
     void SetVisible(const std::vector<bool>& visible);
 
     const std::array<ColumnInfo, ColumnCount>& All() const { return columns_; }

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "app/options.h"
+
 namespace corvina {
 
 struct WindowRectangle {
@@ -28,6 +30,14 @@ struct WindowPlacement {
 struct ListColumn {
     std::wstring Header;
     int Width = 0;  // pixels
+};
+
+struct AboutTexts {
+    std::wstring Title;
+    std::wstring Name;
+    std::wstring Version;
+    std::wstring License;  // several lines
+    std::wstring Close;
 };
 
 // The stations of the Tab key, in their order.
@@ -75,6 +85,15 @@ class MainWindowView {
     // Asks which columns to show; the flags in column order, none when cancelled.
     virtual std::optional<std::vector<bool>> ChooseColumns(std::span<const ListColumn> columns,
                                                            const std::vector<bool>& visible) = 0;
+
+    // Shows the options; none when cancelled.
+    virtual std::optional<OptionValues> EditOptions(const OptionOffer& offer) = 0;
+
+    // Shows the program's name, version and licence.
+    virtual void ShowAbout(const AboutTexts& texts) = 0;
+
+    // Asks the window to close, as the user would.
+    virtual void RequestClose() = 0;
 };
 
 }  // namespace corvina

@@ -136,7 +136,9 @@ std::optional<std::uint32_t> MenuOfNodeKind(NodeKind kind) {
 bool IsCommandEnabled(std::uint32_t command, const MenuSituation& situation) {
     switch (command) {
         case CORVINA_ID_OPEN_SAVED_LOG:
+        case CORVINA_ID_OPTIONS:
         case CORVINA_ID_COLUMNS:
+        case CORVINA_ID_ABOUT:
         case CORVINA_ID_SELECT_ALL:
         case CORVINA_ID_INVERT_SELECTION:
             return true;

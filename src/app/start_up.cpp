@@ -119,13 +119,19 @@ void StartUp::FinishWindow() {
     window.ApplyTheme();
     RestoreWindow(*state_.Settings, window);
     window.SetGridLines(state_.Values.GridLines);
-    ShowVersion();
+    window.SetVersionText(VersionLine(state_.Language));
     window.Repaint();
     window.Focus(FocusStation::Tree);
 }
 
-void StartUp::ShowVersion() {
-    state_.Shown.Window.SetVersionText(FormatText(state_.Language.Text(VersionSlot), {WideVersion()}));
+std::wstring VersionLine(const i18n::Language& language) {
+    return FormatText(language.Text(VersionSlot), {WideVersion()});
+}
+
+void ShowTitleAndVersion(Application::State& state) {
+    MainWindowView& window = state.Shown.Window;
+    window.SetTitle(FormatText(L"%s - %s", {state.Language.Text(EventViewerSlot), state.System.System.ComputerName()}));
+    window.SetVersionText(VersionLine(state.Language));
 }
 
 }  // namespace corvina

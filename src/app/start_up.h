@@ -24,9 +24,14 @@ class StartUp {
     void OpenEventLog();
     bool EnablePrivileges();
     void FinishWindow();
-    void ShowVersion();
 
     Application::State& state_;
 };
+
+// The window's title and the version's text, in the current language.
+void ShowTitleAndVersion(Application::State& state);
+
+// "Version: 1.0.0 (64-bit)", in the current language.
+std::wstring VersionLine(const i18n::Language& language);
 
 }  // namespace corvina

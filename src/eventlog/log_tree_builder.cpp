@@ -108,14 +108,31 @@ void LogTreeBuilder::InsertFixedNodes(std::wstring_view computerName) {
         return InsertNode(parent, kind, NodeIcon::Folder, language_.Text(slot));
     };
     nodes.Extras = folder(nodes.Root, NodeKind::Extras, ExtrasText);
-    InsertNode(nodes.Extras, NodeKind::MergedChannels, NodeIcon::Log, language_.Text(MergeAllChannelsText));
-    InsertNode(nodes.Extras, NodeKind::AdministrativeEvents, NodeIcon::Log, language_.Text(AdministrativeEventsText));
+    nodes.MergedChannels =
+        InsertNode(nodes.Extras, NodeKind::MergedChannels, NodeIcon::Log, language_.Text(MergeAllChannelsText));
+    nodes.AdministrativeEvents = InsertNode(nodes.Extras, NodeKind::AdministrativeEvents, NodeIcon::Log,
+                                            language_.Text(AdministrativeEventsText));
     nodes.CustomViews = folder(nodes.Root, NodeKind::CustomViews, CustomViewText);
     nodes.SavedLogs = folder(nodes.Root, NodeKind::SavedLogs, SavedLogsText);
     nodes.WindowsLogs = folder(nodes.Root, NodeKind::Folder, WindowsLogsText);
     nodes.ApplicationLogs = folder(nodes.Root, NodeKind::Folder, ApplicationLogsText);
     const NodeId microsoft = FolderBelow(nodes.ApplicationLogs, L"Microsoft");
     FolderBelow(microsoft, L"Windows");
+}
+
+void LogTreeBuilder::RenameFixedNodes() {
+    for (const auto& [computer, nodes] : nodes_) {
+        const std::pair<NodeId, int> fixed[] = {{nodes.Extras, ExtrasText},
+                                                {nodes.MergedChannels, MergeAllChannelsText},
+                                                {nodes.AdministrativeEvents, AdministrativeEventsText},
+                                                {nodes.CustomViews, CustomViewText},
+                                                {nodes.SavedLogs, SavedLogsText},
+                                                {nodes.WindowsLogs, WindowsLogsText},
+                                                {nodes.ApplicationLogs, ApplicationLogsText}};
+        for (const auto& [node, slot] : fixed) {
+            tree_.SetCaption(node, std::wstring(language_.Text(slot)));
+        }
+    }
 }
 
 void LogTreeBuilder::BuildChannelNodes() {

@@ -25,6 +25,8 @@ inline constexpr std::wstring_view SavedLogsSection = L"AddedFiles";
 struct ComputerNodes {
     NodeId Root = NodeId::None;
     NodeId Extras = NodeId::None;
+    NodeId MergedChannels = NodeId::None;
+    NodeId AdministrativeEvents = NodeId::None;
     NodeId CustomViews = NodeId::None;
     NodeId SavedLogs = NodeId::None;
     NodeId WindowsLogs = NodeId::None;
@@ -42,6 +44,9 @@ class LogTreeBuilder {
 
     // Adds another computer beside those that are there. None when it could not be reached (that has been shown).
     NodeId BuildRemoteTree(std::wstring_view computerName, const std::optional<Credentials>& credentials);
+
+    // Gives the folders of all computers the captions of the language that is current now.
+    void RenameFixedNodes();
 
     // The fixed nodes of a computer; null for an unknown index.
     const ComputerNodes* NodesOf(std::uint32_t computerIndex) const;

@@ -50,8 +50,8 @@ TEST(Menus, TheOtherMenusStandInTheirOrder) {
               L"15478:Remove from list|-|(15491:Create Simple Task)|");
     EXPECT_NE(Describe(CORVINA_ID_MENU_LIST, {}).find(L"(15478:"), std::wstring::npos);
     EXPECT_EQ(Describe(CORVINA_ID_MENU_MAIN, {}),
-              L"(15480:Connect Network Fast)|-|(15485:Options)|-|(15488:Check for updates)|-|1057:Columns|-|"
-              L"(15492:Clear All Event Logs)|-|(15481:About)|");
+              L"(15480:Connect Network Fast)|-|15485:Options|-|(15488:Check for updates)|-|1057:Columns|-|"
+              L"(15492:Clear All Event Logs)|-|15481:About|");
     EXPECT_EQ(Describe(CORVINA_ID_MENU_SAVED_LOGS, {}), L"1015:Open saved log file|");
     EXPECT_EQ(Describe(CORVINA_ID_MENU_CUSTOM_VIEWS, {}), L"(1070:Create Custom View)|");
     EXPECT_EQ(Describe(CORVINA_ID_MENU_REMOVE, {NodeKind::SavedLog, false, false}), L"1078:Remove|");

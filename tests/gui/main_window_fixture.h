@@ -60,13 +60,14 @@ class DebugLines final : public DebugLog {
 class SilentPrompts final : public Prompts {
   public:
     std::vector<std::wstring> Shown;
+    bool Answer = true;
     std::optional<std::wstring> FileToOpen;
 
     void ShowError(std::wstring_view text, std::wstring_view) override { Shown.emplace_back(text); }
     void ShowInformation(std::wstring_view text, std::wstring_view) override { Shown.emplace_back(text); }
     bool AskYesNo(std::wstring_view text, std::wstring_view) override {
         Shown.emplace_back(text);
-        return true;
+        return Answer;
     }
     std::optional<std::wstring> ChooseFileToOpen(std::wstring_view) override { return FileToOpen; }
 };
@@ -100,6 +101,7 @@ class MainWindowTest : public testing::Test {
     HWND TreeControl() const { return Child(L"SysTreeView32"); }
     HWND ListControl() const { return Child(L"SysListView32"); }
     HWND HeaderControl() const;
+    const std::vector<std::wstring>& StartedPrograms() const { return system_.Started; }
     HWND Field(int index) const { return Child(L"Edit", index); }
     static std::wstring TextOf(HWND window);
     std::wstring Caption() const { return TextOf(Child(L"Static", 0)); }

@@ -86,6 +86,13 @@ class RecordingMainWindow : public MainWindowView {
         return ChosenColumns;
     }
 
+    std::optional<OptionValues> EditOptions(const OptionOffer& offer) override {
+        OfferedOptions = offer;
+        return ChosenOptions;
+    }
+    void ShowAbout(const AboutTexts& texts) override { About = texts; }
+    void RequestClose() override { journal_.push_back(L"RequestClose"); }
+
     std::wstring Title;
     std::wstring VersionText;
     std::vector<ListColumn> Columns;  // what the control shows; a test widens a column here
@@ -98,6 +105,9 @@ class RecordingMainWindow : public MainWindowView {
     std::vector<ListColumn> OfferedColumns;
     std::vector<bool> OfferedVisible;
     std::optional<std::vector<bool>> ChosenColumns;  // the answer to ChooseColumns
+    OptionOffer OfferedOptions;
+    std::optional<OptionValues> ChosenOptions;  // the answer to EditOptions
+    AboutTexts About;
 
   private:
     Journal& journal_;

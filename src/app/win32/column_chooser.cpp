@@ -22,11 +22,10 @@ constexpr int ListIdentifier = 100;
 constexpr int Margin = 12;
 constexpr int Gap = 8;
 constexpr int ButtonHeight = 28;
-constexpr int SmallestButton = 84;
 
 }  // namespace
 
-std::optional<std::vector<bool>> ColumnChooser::Choose(HWND owner, HINSTANCE instance, const Palette& colors,
+std::optional<std::vector<bool>> ColumnChooser::Choose(HWND owner, HINSTANCE instance, Theme& scheme,
                                                        std::span<const ListColumn> columns,
                                                        const std::vector<bool>& visible) {
     columns_ = columns;
@@ -38,7 +37,7 @@ std::optional<std::vector<bool>> ColumnChooser::Choose(HWND owner, HINSTANCE ins
     arguments.Title = language_.Text(ColumnsSlot);
     arguments.ClientSize = {340, 480};
     arguments.SmallestClient = {320, 240};
-    arguments.Colors = &colors;
+    arguments.Scheme = &scheme;
     if (!RunModal(arguments)) {
         return std::nullopt;
     }
@@ -46,21 +45,15 @@ std::optional<std::vector<bool>> ColumnChooser::Choose(HWND owner, HINSTANCE ins
 }
 
 void ColumnChooser::CreateControls() {
-    list_ =
-        AddControl(WC_LISTVIEWW, L"", WS_TABSTOP | LVS_REPORT | LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
-                   ListIdentifier, WS_EX_CLIENTEDGE);
+    list_ = AddList(LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS, ListIdentifier);
     constexpr DWORD Styles = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
     SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, Styles, Styles);
-    const Palette& colors = Brushes().Colors();
-    SendMessageW(list_, LVM_SETBKCOLOR, 0, static_cast<LPARAM>(colors.ControlBack));
-    SendMessageW(list_, LVM_SETTEXTBKCOLOR, 0, static_cast<LPARAM>(colors.ControlBack));
-    SendMessageW(list_, LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(colors.Text));
     FillList();
 
-    AddControl(L"BUTTON", language_.Text(SelectAllSlot), WS_TABSTOP | BS_PUSHBUTTON, CORVINA_ID_SELECT_ALL);
-    AddControl(L"BUTTON", language_.Text(InvertSlot), WS_TABSTOP | BS_PUSHBUTTON, CORVINA_ID_INVERT_SELECTION);
-    AddControl(L"BUTTON", language_.Text(ApplySlot), WS_TABSTOP | BS_DEFPUSHBUTTON, IDOK);
-    AddControl(L"BUTTON", language_.Text(CancelSlot), WS_TABSTOP | BS_PUSHBUTTON, IDCANCEL);
+    AddButton(ButtonKind::Push, language_.Text(SelectAllSlot), CORVINA_ID_SELECT_ALL);
+    AddButton(ButtonKind::Push, language_.Text(InvertSlot), CORVINA_ID_INVERT_SELECTION);
+    AddButton(ButtonKind::DefaultPush, language_.Text(ApplySlot), IDOK);
+    AddButton(ButtonKind::Push, language_.Text(CancelSlot), IDCANCEL);
     EnableApply();
     SetFocus(list_);
 }
@@ -87,35 +80,22 @@ void ColumnChooser::FillList() {
 }
 
 void ColumnChooser::Layout(int width, int height) {
-    const ui::Scale scale = CurrentScale();
-    const int margin = scale.Pixels(Margin);
-    const int gap = scale.Pixels(Gap);
-    const int buttonHeight = scale.Pixels(ButtonHeight);
-    const int endTop = height - margin - buttonHeight;
-    const int selectionTop = endTop - margin - buttonHeight;
+    const int margin = Pixels(Margin);
+    const int gap = Pixels(Gap);
+    const int buttonHeight = Pixels(ButtonHeight);
+    const int selectionTop = PlaceEndButtons(width, height, {IDOK, IDCANCEL}) - buttonHeight;
     MoveWindow(list_, margin, margin, std::max(width - 2 * margin, 0), std::max(selectionTop - gap - margin, 0), TRUE);
     RECT inside{};
     GetClientRect(list_, &inside);
     SendMessageW(list_, LVM_SETCOLUMNWIDTH, 0, inside.right);
-
-    const auto widthOf = [&](int identifier) {
-        wchar_t text[128] = {};
-        GetDlgItemTextW(Handle(), identifier, text, 128);
-        const int textWidth = static_cast<int>(ui::TextExtent(Handle(), Font(), text).cx);
-        return std::max(scale.Pixels(SmallestButton), textWidth + 2 * margin);
-    };
-    const auto place = [&](int identifier, int left, int top, int buttonWidth) {
-        MoveWindow(GetDlgItem(Handle(), identifier), left, top, buttonWidth, buttonHeight, TRUE);
-    };
     // The two buttons about the list stand right below it, those that end the dialog in the lower right corner: in some
     // languages all four would not fit beside each other.
-    const int all = widthOf(CORVINA_ID_SELECT_ALL);
-    place(CORVINA_ID_SELECT_ALL, margin, selectionTop, all);
-    place(CORVINA_ID_INVERT_SELECTION, margin + all + gap, selectionTop, widthOf(CORVINA_ID_INVERT_SELECTION));
-    const int cancel = widthOf(IDCANCEL);
-    const int apply = widthOf(IDOK);
-    place(IDCANCEL, width - margin - cancel, endTop, cancel);
-    place(IDOK, width - margin - cancel - gap - apply, endTop, apply);
+    int left = margin;
+    for (const int identifier : {CORVINA_ID_SELECT_ALL, CORVINA_ID_INVERT_SELECTION}) {
+        const int buttonWidth = ui::ButtonWidthOf(Control(identifier));
+        MoveWindow(Control(identifier), left, selectionTop, buttonWidth, buttonHeight, TRUE);
+        left += buttonWidth + gap;
+    }
 }
 
 void ColumnChooser::CommandReceived(int identifier, UINT) {

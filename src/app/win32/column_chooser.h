@@ -17,7 +17,7 @@ class ColumnChooser : private ui::Dialog {
     explicit ColumnChooser(const i18n::Language& language) : language_(language) {}
 
     // Shows the dialog over `owner`. The answer has one flag a column; none when cancelled.
-    std::optional<std::vector<bool>> Choose(HWND owner, HINSTANCE instance, const Palette& colors,
+    std::optional<std::vector<bool>> Choose(HWND owner, HINSTANCE instance, Theme& scheme,
                                             std::span<const ListColumn> columns, const std::vector<bool>& visible);
 
   private:

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "app/main_window_view.h"
-#include "app/win32/header_painter.h"
 #include "ui/win32/gdi_objects.h"
+#include "ui/win32/header_painter.h"
 #include "ui/win32/palette_brushes.h"
 #include "ui/win32/scaling.h"
 
@@ -85,7 +85,7 @@ class EventListControl {
     EventListOwner& owner_;
     HWND handle_ = nullptr;
     UINT selectionMessage_ = 0;
-    HeaderPainter headerPainter_;
+    ui::HeaderPainter headerPainter_;
     ui::UniqueImageList icons_;
     COLORREF textColor_ = 0;
     bool isDark_ = false;

@@ -7,6 +7,7 @@
 
 #include "app/command_ids.h"
 #include "resource_ids.h"
+#include "ui/win32/control_colors.h"
 #include "ui/win32/popup_menu.h"
 
 namespace corvina {
@@ -80,6 +81,9 @@ LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_DPICHANGED:
             OnScaleChanged(ui::Scale(LOWORD(wParam)), *reinterpret_cast<const RECT*>(lParam));
             return 0;
+        case WM_SETTINGCHANGE:
+            OnSettingChange(reinterpret_cast<const wchar_t*>(lParam));
+            return Window::HandleMessage(message, wParam, lParam);
         case WM_ACTIVATE:
             if (LOWORD(wParam) == WA_INACTIVE) {
                 lastStation_ = FocusedStation().value_or(lastStation_);
@@ -137,6 +141,12 @@ void MainWindow::OnClose() {
     arguments_.EndProcess();
 }
 
+void MainWindow::OnSettingChange(const wchar_t* changed) {
+    if (changed != nullptr && hasControls_ && application_->Scheme().SettingChanged(changed)) {
+        UseColors();
+    }
+}
+
 void MainWindow::CreateControls() {
     const HWND parent = Handle();
     const HINSTANCE instance = arguments_.Instance;
@@ -148,8 +158,11 @@ void MainWindow::CreateControls() {
     hasControls_ = details_.Create(parent, instance) && hasControls_;
     status_ = CreateLabel(SS_LEFT);
     version_ = CreateLabel(SS_RIGHT);
-    styles_.Set(tree_.Handle(), L"Explorer");
-    styles_.Set(list_.Handle(), L"Explorer");
+    for (const HWND control : {tree_.Handle(), list_.Handle(), details_.Field(DetailsField::LeftProperties),
+                               details_.Field(DetailsField::RightProperties), details_.Field(DetailsField::Description),
+                               details_.Field(DetailsField::Xml)}) {
+        ui::PaintEdge(control, look_);
+    }
     UseScale(scale_);
     UseColors();
     Layout();
@@ -178,26 +191,27 @@ LRESULT MainWindow::OnNotify(const NMHDR& notification, LPARAM lParam) {
 }
 
 LRESULT MainWindow::OnTextColors(HDC device, HWND control) const {
-    if (brushes_ == nullptr) {
+    if (look_.Brushes == nullptr) {
         return 0;
     }
     const auto labels = Labels();
     const bool isLabel = std::ranges::find(labels, control) != labels.end();
-    return isLabel ? brushes_->PaintText(device, brushes_->Colors().Panel, brushes_->Panel())
-                   : brushes_->PaintText(device, brushes_->Colors().ControlBack, brushes_->ControlBack());
+    return isLabel
+               ? look_.Brushes->PaintText(device, look_.Brushes->Colors().Panel, look_.Brushes->Panel())
+               : look_.Brushes->PaintText(device, look_.Brushes->Colors().ControlBack, look_.Brushes->ControlBack());
 }
 
 void MainWindow::OnEraseBackground(HDC device) const {
     RECT area{};
     GetClientRect(Handle(), &area);
-    if (brushes_ == nullptr) {
+    if (look_.Brushes == nullptr) {
         FillRect(device, &area, GetSysColorBrush(COLOR_BTNFACE));
         return;
     }
     // Controls ask for this too, for what is behind their themed edges, and some versions then fill themselves with it.
     const HWND asking = WindowFromDC(device);
     const bool forControl = asking == tree_.Handle() || asking == list_.Handle() || details_.FieldOf(asking);
-    FillRect(device, &area, forControl ? brushes_->ControlBack() : brushes_->Panel());
+    FillRect(device, &area, forControl ? look_.Brushes->ControlBack() : look_.Brushes->Panel());
 }
 
 void MainWindow::OnScaleChanged(ui::Scale scale, const RECT& place) {
@@ -212,6 +226,7 @@ void MainWindow::OnScaleChanged(ui::Scale scale, const RECT& place) {
 
 void MainWindow::UseScale(ui::Scale scale) {
     scale_ = scale;
+    look_.Resolution = scale;
     ui::UniqueFont font = ui::CreateInterfaceFont(scale);
     const auto parameter = reinterpret_cast<WPARAM>(font.get());
     for (const HWND control : {tree_.Handle(), list_.Handle(), caption_, status_, version_}) {
@@ -226,12 +241,14 @@ void MainWindow::UseScale(ui::Scale scale) {
 
 void MainWindow::UseColors() {
     // The splitters draw with brushes of the old set until they get new ones.
-    const auto previous = std::exchange(brushes_, std::make_unique<ui::PaletteBrushes>(application_->Colors()));
-    tree_.SetColors(*brushes_);
-    list_.SetColors(*brushes_);
-    verticalBar_.SetBackground(brushes_->Panel());
-    horizontalBar_.SetBackground(brushes_->Panel());
-    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    const auto previous = std::exchange(look_.Brushes, std::make_unique<ui::PaletteBrushes>(application_->Colors()));
+    ui::ColorFrame(Handle(), application_->Scheme());
+    ui::ColorChildren(Handle(), look_, application_->Scheme(), styles_);
+    tree_.SetColors(*look_.Brushes);
+    list_.SetColors(*look_.Brushes);
+    verticalBar_.SetBackground(look_.Brushes->Panel());
+    horizontalBar_.SetBackground(look_.Brushes->Panel());
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 SIZE MainWindow::ClientSize() const {

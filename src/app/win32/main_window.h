@@ -16,8 +16,8 @@
 #include "app/win32/menu_bar.h"
 #include "details/win32/details_pane_control.h"
 #include "eventlog/win32/log_tree_control.h"
+#include "ui/win32/control_look.h"
 #include "ui/win32/fonts.h"
-#include "ui/win32/palette_brushes.h"
 #include "ui/win32/splitter.h"
 #include "ui/win32/visual_style.h"
 #include "ui/win32/window.h"
@@ -70,6 +70,9 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     std::optional<std::size_t> SelectedRow() const override;
     std::optional<std::vector<bool>> ChooseColumns(std::span<const ListColumn> columns,
                                                    const std::vector<bool>& visible) override;
+    std::optional<OptionValues> EditOptions(const OptionOffer& offer) override;
+    void ShowAbout(const AboutTexts& texts) override;
+    void RequestClose() override;
 
     // LoadView
     void LockUpdates() override;
@@ -94,6 +97,7 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
 
     void OnCreate();
     void OnClose();
+    void OnSettingChange(const wchar_t* changed);
     LRESULT OnNotify(const NMHDR& notification, LPARAM lParam);
     LRESULT OnTextColors(HDC device, HWND control) const;
     void OnEraseBackground(HDC device) const;
@@ -131,7 +135,7 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     ui::VisualStyles styles_;
     ui::Scale scale_;
     ui::UniqueFont font_;
-    std::unique_ptr<ui::PaletteBrushes> brushes_;
+    ui::ControlLook look_;
     SplitterPositions splitters_;
     FocusStation lastStation_ = FocusStation::Tree;
     bool hasControls_ = false;

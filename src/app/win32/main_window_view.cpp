@@ -1,8 +1,10 @@
 // What the main window does at the request of the program behind it.
 #include <objbase.h>
 
+#include "app/win32/about_box.h"
 #include "app/win32/column_chooser.h"
 #include "app/win32/main_window.h"
+#include "app/win32/options_dialog.h"
 
 namespace corvina {
 
@@ -130,7 +132,20 @@ void MainWindow::Repaint() {
 std::optional<std::vector<bool>> MainWindow::ChooseColumns(std::span<const ListColumn> columns,
                                                            const std::vector<bool>& visible) {
     return ColumnChooser(application_->CurrentLanguage())
-        .Choose(Handle(), arguments_.Instance, application_->Colors(), columns, visible);
+        .Choose(Handle(), arguments_.Instance, application_->Scheme(), columns, visible);
+}
+
+std::optional<OptionValues> MainWindow::EditOptions(const OptionOffer& offer) {
+    return OptionsDialog(application_->CurrentLanguage(), offer)
+        .Edit(Handle(), arguments_.Instance, application_->Scheme());
+}
+
+void MainWindow::ShowAbout(const AboutTexts& texts) {
+    AboutBox(texts).Show(Handle(), arguments_.Instance, application_->Scheme());
+}
+
+void MainWindow::RequestClose() {
+    SendMessageW(Handle(), WM_CLOSE, 0, 0);
 }
 
 void MainWindow::LockUpdates() {

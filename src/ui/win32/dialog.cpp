@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
+
+#include "ui/win32/common_controls.h"
+#include "ui/win32/control_colors.h"
 
 namespace corvina::ui {
 namespace {
@@ -15,11 +19,22 @@ struct EmptyTemplate {
     WORD Title = 0;
 };
 
+// Sizes at 96 dots per inch.
+constexpr int Margin = 12;
+constexpr int Gap = 8;
+constexpr int ButtonHeight = 28;
+
+bool IsEdit(HWND control) {
+    wchar_t name[16] = {};
+    GetClassNameW(control, name, 16);
+    return lstrcmpiW(name, L"Edit") == 0;
+}
+
 }  // namespace
 
 bool Dialog::RunModal(const DialogArguments& arguments) {
     arguments_ = arguments;
-    brushes_ = std::make_unique<PaletteBrushes>(*arguments.Colors);
+    look_.Brushes = std::make_unique<PaletteBrushes>(arguments.Scheme->Colors());
     alignas(DWORD) EmptyTemplate description;
     description.Header.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN | DS_MODALFRAME;
     if (arguments.SmallestClient.cx > 0) {
@@ -40,7 +55,72 @@ HWND Dialog::AddControl(const wchar_t* className, std::wstring_view text, DWORD 
         CreateWindowExW(extendedStyle, className, std::wstring(text).c_str(), WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0,
                         handle_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(identifier)), Instance(), nullptr);
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
+    if ((extendedStyle & WS_EX_CLIENTEDGE) != 0) {
+        PaintEdge(control, look_);
+    }
     return control;
+}
+
+HWND Dialog::AddLabel(std::wstring_view text) {
+    constexpr int NoIdentifier = -1;
+    return AddControl(L"STATIC", text, SS_LEFT | SS_CENTERIMAGE | SS_ENDELLIPSIS | SS_NOPREFIX, NoIdentifier);
+}
+
+HWND Dialog::AddButton(ButtonKind kind, std::wstring_view text, int identifier, bool startsGroup) {
+    const HWND button = CreateButton({.Parent = handle_,
+                                      .Instance = Instance(),
+                                      .Kind = kind,
+                                      .Text = std::wstring(text),
+                                      .Identifier = identifier,
+                                      .StartsGroup = startsGroup,
+                                      .Look = &look_});
+    SendMessageW(button, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
+    if (kind == ButtonKind::DefaultPush) {
+        SendMessageW(handle_, DM_SETDEFID, static_cast<WPARAM>(identifier), 0);
+    }
+    return button;
+}
+
+HWND Dialog::AddCheckBox(std::wstring_view text, int identifier, CheckState state) {
+    const HWND box = AddButton(ButtonKind::CheckBox, text, identifier);
+    SetCheckState(box, state);
+    return box;
+}
+
+HWND Dialog::AddRadioButton(std::wstring_view text, int identifier, CheckState state, bool startsGroup) {
+    const HWND button = AddButton(ButtonKind::RadioButton, text, identifier, startsGroup);
+    SetCheckState(button, state);
+    return button;
+}
+
+HWND Dialog::AddList(DWORD style, int identifier) {
+    const HWND list =
+        AddControl(WC_LISTVIEWW, L"", WS_TABSTOP | WS_GROUP | LVS_REPORT | style, identifier, WS_EX_CLIENTEDGE);
+    headers_.push_back(std::make_unique<HeaderPainter>());
+    headers_.back()->Install(list);
+    return list;
+}
+
+HWND Dialog::AddDropDown(int identifier, std::span<const std::wstring> entries, std::size_t selected) {
+    return CreateDropDown({.Parent = handle_,
+                           .Instance = Instance(),
+                           .Identifier = identifier,
+                           .Entries = entries,
+                           .Selected = selected,
+                           .Font = font_.get(),
+                           .Look = &look_});
+}
+
+int Dialog::PlaceEndButtons(int width, int height, std::initializer_list<int> identifiers) {
+    const int top = height - Pixels(Margin) - Pixels(ButtonHeight);
+    int right = width - Pixels(Margin);
+    for (auto identifier = std::rbegin(identifiers); identifier != std::rend(identifiers); ++identifier) {
+        const HWND button = Control(*identifier);
+        const int buttonWidth = ButtonWidthOf(button);
+        MoveWindow(button, right - buttonWidth, top, buttonWidth, Pixels(ButtonHeight), TRUE);
+        right -= buttonWidth + Pixels(Gap);
+    }
+    return top - Pixels(Margin);
 }
 
 INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -90,15 +170,25 @@ INT_PTR Dialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             ContextMenuRequested(reinterpret_cast<HWND>(wParam),
                                  {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
             return TRUE;
+        case WM_SETTINGCHANGE:
+            if (lParam != 0 && arguments_.Scheme->SettingChanged(reinterpret_cast<const wchar_t*>(lParam))) {
+                UseColors();
+            }
+            return TRUE;
+        case WM_DRAWITEM:
+            return DrawDropDownItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), look_) ? TRUE : FALSE;
         case WM_CTLCOLORDLG:
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
-            return brushes_->PaintText(reinterpret_cast<HDC>(wParam), brushes_->Colors().WindowFill,
-                                       brushes_->WindowFill());
         case WM_CTLCOLOREDIT:
-        case WM_CTLCOLORLISTBOX:
-            return brushes_->PaintText(reinterpret_cast<HDC>(wParam), brushes_->Colors().ControlBack,
-                                       brushes_->ControlBack());
+        case WM_CTLCOLORLISTBOX: {
+            const bool isField = message == WM_CTLCOLOREDIT || message == WM_CTLCOLORLISTBOX ||
+                                 IsEdit(reinterpret_cast<HWND>(lParam));  // one that cannot be written to
+            const PaletteBrushes& brushes = Brushes();
+            const auto device = reinterpret_cast<HDC>(wParam);
+            return isField ? brushes.PaintText(device, brushes.Colors().ControlBack, brushes.ControlBack())
+                           : brushes.PaintText(device, brushes.Colors().WindowFill, brushes.WindowFill());
+        }
         default:
             return FALSE;
     }
@@ -108,9 +198,11 @@ void Dialog::Initialize() {
     SetWindowTextW(handle_, arguments_.Title.c_str());
     const ULONG_PTR icon = GetClassLongPtrW(arguments_.Owner, GCLP_HICONSM);
     SendMessageW(handle_, WM_SETICON, ICON_SMALL, static_cast<LPARAM>(icon));
-    scale_ = Scale::Of(handle_);
-    font_ = CreateInterfaceFont(scale_);
+    look_.Resolution = Scale::Of(handle_);
+    font_ = CreateInterfaceFont(look_.Resolution);
+    ColorFrame(handle_, *arguments_.Scheme);
     CreateControls();
+    ColorControls();
     PlaceOverOwner();
     LayoutNow();
 }
@@ -120,8 +212,8 @@ SIZE Dialog::OuterSize(SIZE client) const {
     RECT inner{};
     GetWindowRect(handle_, &outer);
     GetClientRect(handle_, &inner);
-    return {scale_.Pixels(static_cast<int>(client.cx)) + (outer.right - outer.left) - inner.right,
-            scale_.Pixels(static_cast<int>(client.cy)) + (outer.bottom - outer.top) - inner.bottom};
+    return {Pixels(static_cast<int>(client.cx)) + (outer.right - outer.left) - inner.right,
+            Pixels(static_cast<int>(client.cy)) + (outer.bottom - outer.top) - inner.bottom};
 }
 
 void Dialog::PlaceOverOwner() {
@@ -138,8 +230,8 @@ void Dialog::PlaceOverOwner() {
 }
 
 void Dialog::ChangeScale(Scale scale, const RECT& place) {
-    scale_ = scale;
-    UniqueFont font = CreateInterfaceFont(scale_);
+    look_.Resolution = scale;
+    UniqueFont font = CreateInterfaceFont(scale);
     for (HWND child = GetWindow(handle_, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
         SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
     }
@@ -147,6 +239,22 @@ void Dialog::ChangeScale(Scale scale, const RECT& place) {
     SetWindowPos(handle_, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
     LayoutNow();
+}
+
+void Dialog::ColorControls() {
+    ColorChildren(handle_, look_, *arguments_.Scheme, styles_);
+    for (const auto& header : headers_) {
+        header->SetColors(*look_.Brushes);
+    }
+}
+
+void Dialog::UseColors() {
+    // Controls draw with the old brushes until they are asked to draw anew.
+    const auto previous = std::exchange(look_.Brushes, std::make_unique<PaletteBrushes>(arguments_.Scheme->Colors()));
+    ColorFrame(handle_, *arguments_.Scheme);
+    ColorControls();
+    ColorsChanged();
+    RedrawWindow(handle_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
 void Dialog::LayoutNow() {

@@ -1,16 +1,24 @@
-// The base of the program's modal dialogs: creation without a template resource, scaling, font, colours and keys.
+// The base of the program's modal dialogs: creation without a template resource, scaling, font, colours of the running
+// scheme and their change, and keys. docs/dialogs.md shows how a dialog is written.
 #pragma once
 
 #include <windows.h>
 
+#include <initializer_list>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "theme/theme.h"
+#include "ui/win32/button_control.h"
+#include "ui/win32/control_look.h"
+#include "ui/win32/drop_down.h"
 #include "ui/win32/fonts.h"
-#include "ui/win32/palette_brushes.h"
-#include "ui/win32/scaling.h"
+#include "ui/win32/header_painter.h"
+#include "ui/win32/visual_style.h"
 
 namespace corvina::ui {
 
@@ -20,7 +28,7 @@ struct DialogArguments {
     std::wstring Title;
     SIZE ClientSize = {};      // for 96 dots per inch
     SIZE SmallestClient = {};  // likewise; the user may change the size when this is set
-    const Palette* Colors = nullptr;
+    Theme* Scheme = nullptr;   // outlives the dialog
 };
 
 class Dialog {
@@ -46,17 +54,32 @@ class Dialog {
     virtual std::optional<LRESULT> NotificationReceived(const NMHDR&, LPARAM) { return std::nullopt; }
     // A request for a context menu (window, screen coordinates; both -1 from the keyboard).
     virtual void ContextMenuRequested(HWND, POINT) {}
+    // The scheme's colours have changed; those of the controls have been set already.
+    virtual void ColorsChanged() {}
 
     void End(bool accepted);
 
-    // Creates a child control with the dialog's font.
+    // Create child controls with the dialog's font and colours. Tab goes through them in the order of their creation; a
+    // screen reader calls a control without a text by the label before it.
     HWND AddControl(const wchar_t* className, std::wstring_view text, DWORD style, int identifier,
                     DWORD extendedStyle = 0);
+    HWND AddLabel(std::wstring_view text);
+    HWND AddButton(ButtonKind kind, std::wstring_view text, int identifier, bool startsGroup = false);
+    HWND AddCheckBox(std::wstring_view text, int identifier, CheckState state);
+    HWND AddRadioButton(std::wstring_view text, int identifier, CheckState state, bool startsGroup);
+    HWND AddList(DWORD style, int identifier);  // a report list; `style` has LVS_ bits
+    HWND AddDropDown(int identifier, std::span<const std::wstring> entries, std::size_t selected);
 
-    Scale CurrentScale() const { return scale_; }
+    HWND Control(int identifier) const { return GetDlgItem(handle_, identifier); }
+
+    // Places buttons, the last one outermost, in the lower right corner. The height that is left above them, in pixels.
+    int PlaceEndButtons(int width, int height, std::initializer_list<int> identifiers);
+
+    Scale CurrentScale() const { return look_.Resolution; }
+    int Pixels(int size) const { return look_.Resolution.Pixels(size); }  // a size at 96 dots per inch
     HFONT Font() const { return font_.get(); }
     HINSTANCE Instance() const { return arguments_.Instance; }
-    const PaletteBrushes& Brushes() const { return *brushes_; }
+    const PaletteBrushes& Brushes() const { return *look_.Brushes; }
 
   private:
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -67,12 +90,15 @@ class Dialog {
     SIZE OuterSize(SIZE client) const;
     void ChangeScale(Scale scale, const RECT& place);
     void LayoutNow();
+    void UseColors();
+    void ColorControls();
 
     HWND handle_ = nullptr;
     DialogArguments arguments_;
-    Scale scale_;
+    ControlLook look_;
     UniqueFont font_;
-    std::unique_ptr<PaletteBrushes> brushes_;
+    VisualStyles styles_;
+    std::vector<std::unique_ptr<HeaderPainter>> headers_;  // of the lists
 };
 
 }  // namespace corvina::ui

@@ -6,7 +6,7 @@
 #include "ui/win32/common_controls.h"
 #include "ui/win32/palette_brushes.h"
 
-namespace corvina {
+namespace corvina::ui {
 
 class HeaderPainter {
   public:
@@ -14,7 +14,7 @@ class HeaderPainter {
     void Install(HWND list);
 
     // Sets the colours; light schemes leave the drawing to the system.
-    void SetColors(const ui::PaletteBrushes& brushes);
+    void SetColors(const PaletteBrushes& brushes);
 
   private:
     static LRESULT CALLBACK Procedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR identifier,
@@ -29,4 +29,4 @@ class HeaderPainter {
     std::optional<Palette> darkColors_;
 };
 
-}  // namespace corvina
+}  // namespace corvina::ui

@@ -1,14 +1,14 @@
-#include "app/win32/header_painter.h"
+#include "ui/win32/header_painter.h"
 
 #include <algorithm>
 
-namespace corvina {
+namespace corvina::ui {
 namespace {
 
 constexpr UINT_PTR PainterIdentifier = 2;
 
 void Fill(HDC device, const RECT& area, COLORREF color) {
-    const ui::UniqueBrush brush(CreateSolidBrush(color));
+    const UniqueBrush brush(CreateSolidBrush(color));
     FillRect(device, &area, brush.get());
 }
 
@@ -19,7 +19,7 @@ void HeaderPainter::Install(HWND list) {
     SetWindowSubclass(list, &HeaderPainter::Procedure, PainterIdentifier, reinterpret_cast<DWORD_PTR>(this));
 }
 
-void HeaderPainter::SetColors(const ui::PaletteBrushes& brushes) {
+void HeaderPainter::SetColors(const PaletteBrushes& brushes) {
     darkColors_ = brushes.IsDark() ? std::optional(brushes.Colors()) : std::nullopt;
     InvalidateRect(Header(), nullptr, TRUE);
 }
@@ -94,4 +94,4 @@ void HeaderPainter::FillRest(HDC device) const {
     Fill(device, area, darkColors_->Panel);
 }
 
-}  // namespace corvina
+}  // namespace corvina::ui
