@@ -137,7 +137,7 @@ void ColumnChooser::ContextMenuRequested(HWND control, POINT place) {
         ui::PopupEntry{CORVINA_ID_INVERT_SELECTION, std::wstring(language_.Text(InvertSlot)), true}};
     ui::SetPopupEntries(popup.get(), entries);
     const bool fromKeyboard = place.x == -1 && place.y == -1;
-    ui::TrackPopup(popup.get(), Handle(), fromKeyboard ? ui::KeyboardMenuPlace(list_) : place);
+    ShowMenu(popup.get(), fromKeyboard ? ui::KeyboardMenuPlace(list_) : place);
 }
 
 bool ColumnChooser::IsChecked(std::size_t column) const {

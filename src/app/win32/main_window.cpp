@@ -104,8 +104,22 @@ LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                           {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
             return 0;
         case WM_INITMENUPOPUP:
-            menuBar_.PopupOpens(reinterpret_cast<HMENU>(wParam));
+            if (menuBar_.PopupOpens(reinterpret_cast<HMENU>(wParam))) {
+                menus_.Prepare(reinterpret_cast<HMENU>(wParam), false);
+            }
             return 0;
+        case WM_NCPAINT:
+        case WM_NCACTIVATE: {
+            const LRESULT answer = Window::HandleMessage(message, wParam, lParam);
+            menus_.FillBar(Handle());
+            return answer;
+        }
+        case WM_MEASUREITEM:
+            return menus_.Measure(Handle(), *reinterpret_cast<MEASUREITEMSTRUCT*>(lParam)) ? TRUE : FALSE;
+        case WM_DRAWITEM:
+            return menus_.Draw(Handle(), *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam)) ? TRUE : FALSE;
+        case WM_MENUCHAR:
+            return menus_.CharacterTyped(reinterpret_cast<HMENU>(lParam), static_cast<wchar_t>(LOWORD(wParam)));
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLOREDIT:
             return OnTextColors(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
@@ -243,12 +257,22 @@ void MainWindow::UseColors() {
     // The splitters draw with brushes of the old set until they get new ones.
     const auto previous = std::exchange(look_.Brushes, std::make_unique<ui::PaletteBrushes>(application_->Colors()));
     ui::ColorFrame(Handle(), application_->Scheme());
+    ColorMenuBar();
     ui::ColorChildren(Handle(), look_, application_->Scheme(), styles_);
     tree_.SetColors(*look_.Brushes);
     list_.SetColors(*look_.Brushes);
     verticalBar_.SetBackground(look_.Brushes->Panel());
     horizontalBar_.SetBackground(look_.Brushes->Panel());
     RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
+
+void MainWindow::ColorMenuBar() {
+    const HMENU bar = GetMenu(Handle());
+    if (bar != nullptr && look_.Brushes != nullptr) {
+        menus_.Prepare(bar, true);
+        DrawMenuBar(Handle());
+        menus_.FillBar(Handle());
+    }
 }
 
 SIZE MainWindow::ClientSize() const {

@@ -18,6 +18,7 @@
 #include "eventlog/win32/log_tree_control.h"
 #include "ui/win32/control_look.h"
 #include "ui/win32/fonts.h"
+#include "ui/win32/menu_painter.h"
 #include "ui/win32/splitter.h"
 #include "ui/win32/visual_style.h"
 #include "ui/win32/window.h"
@@ -110,6 +111,7 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     std::array<HWND, 3> Labels() const { return {caption_, status_, version_}; }
     void UseScale(ui::Scale scale);
     void UseColors();
+    void ColorMenuBar();
     void Layout();
     SIZE ClientSize() const;
     void DragVertical(int edge);
@@ -136,6 +138,7 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     ui::Scale scale_;
     ui::UniqueFont font_;
     ui::ControlLook look_;
+    ui::MenuPainter menus_{look_};
     SplitterPositions splitters_;
     FocusStation lastStation_ = FocusStation::Tree;
     bool hasControls_ = false;

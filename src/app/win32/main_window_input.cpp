@@ -54,6 +54,7 @@ void MainWindow::ShowTreeMenu(POINT place, bool fromKeyboard) {
 void MainWindow::ShowPopup(std::uint32_t menu, POINT place) {
     const ui::UniqueMenu popup = ui::LoadPopup(arguments_.Instance, menu);
     FillPopup(popup.get(), application_->Menu(menu));
+    menus_.Prepare(popup.get(), false);
     ui::TrackPopup(popup.get(), Handle(), place);
 }
 

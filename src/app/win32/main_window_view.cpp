@@ -18,6 +18,7 @@ void MainWindow::CreateToolTip() {
 
 void MainWindow::SetTexts() {
     menuBar_.Attach(Handle(), arguments_.Instance, application_->CurrentLanguage());
+    ColorMenuBar();
 }
 
 void MainWindow::SetTitle(std::wstring_view text) {

@@ -40,12 +40,14 @@ void MenuBar::Attach(HWND window, HINSTANCE instance, const i18n::Language& lang
     }
 }
 
-void MenuBar::PopupOpens(HMENU popup) const {
+bool MenuBar::PopupOpens(HMENU popup) const {
     for (const Popup& own : popups_) {
         if (own.Handle != nullptr && own.Handle == popup) {
             FillPopup(popup, entries_(own.Menu));
+            return true;
         }
     }
+    return false;
 }
 
 }  // namespace corvina

@@ -23,8 +23,8 @@ class MenuBar {
     // Makes the bar in the given language and gives it to a window, which owns it from then on.
     void Attach(HWND window, HINSTANCE instance, const i18n::Language& language);
 
-    // A popup is about to open; nothing happens when it is not one of the bar's.
-    void PopupOpens(HMENU popup) const;
+    // A popup is about to open; false when it is not one of the bar's.
+    bool PopupOpens(HMENU popup) const;
 
   private:
     struct Popup {

@@ -62,25 +62,32 @@ void DrawCheckMark(HDC device, const RECT& box, COLORREF color, Scale scale) {
     Polyline(device, points.data(), static_cast<int>(points.size()));
 }
 
-void DrawBox(HDC device, const RECT& area, const ButtonPicture& button, const ButtonColors& colors, Scale scale) {
-    const RECT box = BoxIn(area, scale);
-    const int line = std::max(scale.Pixels(1), 1);
-    if (button.Kind == ButtonKind::CheckBox) {
-        FillArea(device, box, colors.Face);
-        DrawFrame(device, box, colors.Frame, line);
-        if (button.State.Checked) {
-            DrawCheckMark(device, box, colors.Mark, scale);
-        }
-        return;
+void DrawSquare(HDC device, const RECT& box, bool checked, const ButtonColors& colors, Scale scale) {
+    FillArea(device, box, colors.Face);
+    DrawFrame(device, box, colors.Frame, std::max(scale.Pixels(1), 1));
+    if (checked) {
+        DrawCheckMark(device, box, colors.Mark, scale);
     }
+}
+
+void DrawCircle(HDC device, const RECT& box, bool checked, const ButtonColors& colors, Scale scale) {
     {
-        const Tools tools(device, colors.Frame, line, colors.Face);
+        const Tools tools(device, colors.Frame, std::max(scale.Pixels(1), 1), colors.Face);
         Ellipse(device, box.left, box.top, box.right, box.bottom);
     }
-    if (button.State.Checked) {
+    if (checked) {
         const Tools tools(device, colors.Mark, 1, colors.Mark);
         const int inset = scale.Pixels(4);
         Ellipse(device, box.left + inset, box.top + inset, box.right - inset, box.bottom - inset);
+    }
+}
+
+void DrawBox(HDC device, const RECT& area, const ButtonPicture& button, const ButtonColors& colors, Scale scale) {
+    const RECT box = BoxIn(area, scale);
+    if (button.Kind == ButtonKind::CheckBox) {
+        DrawSquare(device, box, button.State.Checked, colors, scale);
+    } else {
+        DrawCircle(device, box, button.State.Checked, colors, scale);
     }
 }
 
@@ -131,6 +138,13 @@ void DrawFrame(HDC device, const RECT& area, COLORREF color, int width) {
         FrameRect(device, &line, brush.get());
         InflateRect(&line, -1, -1);
     }
+}
+
+void DrawCheckBox(HDC device, const RECT& box, bool checked, COLORREF ground, const ControlLook& look) {
+    const PaletteBrushes& brushes = *look.Brushes;
+    ButtonColors colors = ColorsOfButton(ButtonKind::CheckBox, {}, brushes.Colors(), brushes.IsDark());
+    colors.Face = ground;
+    DrawSquare(device, box, checked, colors, look.Resolution);
 }
 
 void DrawButton(HDC device, const RECT& area, const ButtonPicture& button, const ControlLook& look) {

@@ -21,6 +21,9 @@ struct ButtonPicture {
 
 void DrawButton(HDC device, const RECT& area, const ButtonPicture& button, const ControlLook& look);
 
+// Draws a check box without a text, on a ground of its own: for lists whose rows can be checked.
+void DrawCheckBox(HDC device, const RECT& box, bool checked, COLORREF ground, const ControlLook& look);
+
 // Fills an area with a colour, and draws a frame of that many pixels inside it.
 void FillArea(HDC device, const RECT& area, COLORREF color);
 void DrawFrame(HDC device, const RECT& area, COLORREF color, int width);

@@ -28,6 +28,30 @@ void ColorList(HWND list, const Palette& colors) {
     SendMessageW(list, LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(colors.Text));
 }
 
+// The boxes of a list whose rows can be checked; the list owns their pictures.
+void SetCheckImages(HWND list, const ControlLook& look) {
+    const int size = look.Resolution.Pixels(17);
+    const HIMAGELIST images = ImageList_Create(size, size, ILC_COLOR24, 2, 0);
+    const HDC screen = GetDC(list);
+    const HDC device = CreateCompatibleDC(screen);
+    const COLORREF ground = look.Brushes->Colors().ControlBack;
+    for (const bool checked : {false, true}) {
+        const HBITMAP picture = CreateCompatibleBitmap(screen, size, size);
+        const HGDIOBJ previous = SelectObject(device, picture);
+        FillArea(device, {0, 0, size, size}, ground);
+        DrawCheckBox(device, {1, 1, size - 1, size - 1}, checked, ground, look);
+        SelectObject(device, previous);
+        ImageList_Add(images, picture, nullptr);
+        DeleteObject(picture);
+    }
+    DeleteDC(device);
+    ReleaseDC(list, screen);
+    const LRESULT replaced = SendMessageW(list, LVM_SETIMAGELIST, LVSIL_STATE, reinterpret_cast<LPARAM>(images));
+    if (replaced != 0) {
+        ImageList_Destroy(reinterpret_cast<HIMAGELIST>(replaced));
+    }
+}
+
 void ColorTree(HWND tree, const Palette& colors) {
     SendMessageW(tree, TVM_SETBKCOLOR, 0, static_cast<LPARAM>(colors.ControlBack));
     SendMessageW(tree, TVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(colors.Text));
@@ -75,6 +99,9 @@ void ColorControl(HWND control, const ControlLook& look, Theme& scheme, const Vi
     const bool scrolls = IsOneOf(name, {L"Edit", UPDOWN_CLASSW});
     if (scrolls && canBeDark) {
         styles.Set(control, isDark ? L"DarkMode_Explorer" : L"Explorer");
+    } else if (isDark && !canBeDark && IsOneOf(name, {WC_TREEVIEWW})) {
+        // The style's arrows are dark and could not be seen; the old boxes have a ground of their own.
+        styles.Remove(control);
     } else if (IsOneOf(name, {L"Button", WC_LISTVIEWW, WC_TREEVIEWW})) {
         styles.Set(control, L"Explorer");
     }
@@ -84,6 +111,9 @@ void ColorControl(HWND control, const ControlLook& look, Theme& scheme, const Vi
     // Last, since a control takes colours of its own from a new style.
     if (IsOneOf(name, {WC_LISTVIEWW})) {
         ColorList(control, look.Brushes->Colors());
+        if ((SendMessageW(control, LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0) & LVS_EX_CHECKBOXES) != 0) {
+            SetCheckImages(control, look);
+        }
     } else if (IsOneOf(name, {WC_TREEVIEWW})) {
         ColorTree(control, look.Brushes->Colors());
     }

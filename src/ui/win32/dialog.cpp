@@ -6,6 +6,7 @@
 
 #include "ui/win32/common_controls.h"
 #include "ui/win32/control_colors.h"
+#include "ui/win32/popup_menu.h"
 
 namespace corvina::ui {
 namespace {
@@ -111,6 +112,11 @@ HWND Dialog::AddDropDown(int identifier, std::span<const std::wstring> entries, 
                            .Look = &look_});
 }
 
+void Dialog::ShowMenu(HMENU menu, POINT place) {
+    menus_.Prepare(menu, false);
+    TrackPopup(menu, handle_, place);
+}
+
 int Dialog::PlaceEndButtons(int width, int height, std::initializer_list<int> identifiers) {
     const int top = height - Pixels(Margin) - Pixels(ButtonHeight);
     int right = width - Pixels(Margin);
@@ -176,7 +182,17 @@ INT_PTR Dialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             return TRUE;
         case WM_DRAWITEM:
-            return DrawDropDownItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), look_) ? TRUE : FALSE;
+            return menus_.Draw(handle_, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam)) ||
+                           DrawDropDownItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), look_)
+                       ? TRUE
+                       : FALSE;
+        case WM_MEASUREITEM:
+            return menus_.Measure(handle_, *reinterpret_cast<MEASUREITEMSTRUCT*>(lParam)) ? TRUE : FALSE;
+        case WM_MENUCHAR:
+            SetWindowLongPtrW(
+                handle_, DWLP_MSGRESULT,
+                menus_.CharacterTyped(reinterpret_cast<HMENU>(lParam), static_cast<wchar_t>(LOWORD(wParam))));
+            return TRUE;
         case WM_CTLCOLORDLG:
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
@@ -236,6 +252,7 @@ void Dialog::ChangeScale(Scale scale, const RECT& place) {
         SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
     }
     font_ = std::move(font);
+    ColorControls();  // pictures in lists have a size, too
     SetWindowPos(handle_, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
     LayoutNow();

@@ -18,6 +18,7 @@
 #include "ui/win32/drop_down.h"
 #include "ui/win32/fonts.h"
 #include "ui/win32/header_painter.h"
+#include "ui/win32/menu_painter.h"
 #include "ui/win32/visual_style.h"
 
 namespace corvina::ui {
@@ -75,6 +76,9 @@ class Dialog {
     // Places buttons, the last one outermost, in the lower right corner. The height that is left above them, in pixels.
     int PlaceEndButtons(int width, int height, std::initializer_list<int> identifiers);
 
+    // Shows a menu at a place of the screen; the choice comes as a command.
+    void ShowMenu(HMENU menu, POINT place);
+
     Scale CurrentScale() const { return look_.Resolution; }
     int Pixels(int size) const { return look_.Resolution.Pixels(size); }  // a size at 96 dots per inch
     HFONT Font() const { return font_.get(); }
@@ -96,6 +100,7 @@ class Dialog {
     HWND handle_ = nullptr;
     DialogArguments arguments_;
     ControlLook look_;
+    MenuPainter menus_{look_};
     UniqueFont font_;
     VisualStyles styles_;
     std::vector<std::unique_ptr<HeaderPainter>> headers_;  // of the lists

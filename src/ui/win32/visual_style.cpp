@@ -11,4 +11,10 @@ void VisualStyles::Set(HWND control, const wchar_t* style) const {
     }
 }
 
+void VisualStyles::Remove(HWND control) const {
+    if (setWindowTheme_ != nullptr) {
+        setWindowTheme_(control, L"", L"");
+    }
+}
+
 }  // namespace corvina::ui

@@ -14,6 +14,9 @@ class VisualStyles {
     // Gives a control the look of a style such as "Explorer"; nothing happens where the system has no styles.
     void Set(HWND control, const wchar_t* style) const;
 
+    // Gives a control the looks from before there were styles.
+    void Remove(HWND control) const;
+
   private:
     using SetWindowThemeFunction = HRESULT(WINAPI*)(HWND, LPCWSTR, LPCWSTR);
 
