@@ -66,8 +66,10 @@ TEST_F(OptionsTest, TheDialogIsOfferedWhatIsNow) {
     const OptionOffer& offer = window_.OfferedOptions;
     EXPECT_EQ(offer.Now, (OptionValues{9, 1, true, false, true}));
     ASSERT_EQ(offer.Languages.size(), 24u);
-    EXPECT_EQ(offer.Languages[16], L"Bulgarian (Bulgaria)") << "tabs cannot be shown";
-    EXPECT_EQ(offer.DisplayModes, (std::vector<std::wstring>{L"White", L"Black"}));
+    for (const std::wstring& language : offer.Languages) {
+        EXPECT_EQ(language.find(L'\t'), std::wstring::npos) << "tabs cannot be shown";
+    }
+    EXPECT_EQ(offer.DisplayModes.size(), 2u);
     EXPECT_TRUE(settings_.Writes.empty()) << "a cancelled dialog writes nothing";
 }
 
@@ -146,7 +148,6 @@ TEST_F(OptionsTest, AnotherLanguageIsSpokenAtOnce) {
     }
     EXPECT_EQ(load_.RowCount, 5u);
     EXPECT_NE(load_.ListCaption.find(L"Ereignisse"), std::wstring::npos) << "the view was not loaded anew";
-    // A language whose texts nobody has written yet shows the English ones and is kept.
     Choose({20, 0, false, false, false});
     EXPECT_EQ(settings_.Value(L"Options", L"Language"), L"20");
     EXPECT_EQ(app_->CurrentLanguage().Index(), 20);

@@ -14,7 +14,16 @@
 namespace corvina::ui {
 namespace {
 
-enum Identifier : int { FirstTab = 100, SecondTab, FirstBox = 110, FirstRadio = 120, Field = 130, List, Choice };
+enum Identifier : int {
+    FirstTab = 100,
+    SecondTab,
+    FirstBox = 110,
+    FirstRadio = 120,
+    Field = 130,
+    SelectedList,
+    List,
+    Choice
+};
 
 // Every control there is, in rows below one another.
 class SampleDialog : public Dialog {
@@ -27,7 +36,7 @@ class SampleDialog : public Dialog {
         arguments.Owner = owner;
         arguments.Instance = GetModuleHandleW(nullptr);
         arguments.Title = L"Sample";
-        arguments.ClientSize = {400, 420};
+        arguments.ClientSize = {400, 460};
         arguments.Scheme = &scheme;
         return RunModal(arguments);
     }
@@ -44,6 +53,16 @@ class SampleDialog : public Dialog {
                            i == 0);
         }
         AddControl(L"EDIT", L"a field", WS_TABSTOP | WS_GROUP, Field, WS_EX_CLIENTEDGE);
+        AddList(LVS_SHOWSELALWAYS | LVS_NOCOLUMNHEADER, SelectedList);
+        LVCOLUMNW column{};
+        column.mask = LVCF_WIDTH;
+        column.cx = 150;
+        SendMessageW(Control(SelectedList), LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+        SendMessageW(Control(SelectedList), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+        LVITEMW item{};
+        item.mask = LVIF_STATE;
+        item.state = item.stateMask = LVIS_SELECTED;
+        SendMessageW(Control(SelectedList), LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
         AddList(0, List);
         const std::vector<std::wstring> entries = {L"one", L"two"};
         AddDropDown(Choice, entries, 1);
@@ -56,7 +75,7 @@ class SampleDialog : public Dialog {
         int top = Pixels(8);
         for (const int row : {static_cast<int>(FirstTab), static_cast<int>(SecondTab), FirstBox + 0, FirstBox + 1,
                               FirstBox + 2, FirstBox + 3, FirstRadio + 0, FirstRadio + 1, FirstRadio + 2,
-                              static_cast<int>(Field), static_cast<int>(List)}) {
+                              static_cast<int>(Field), static_cast<int>(SelectedList), static_cast<int>(List)}) {
             const int rowHeight = Pixels(row == List ? 60 : 24);
             MoveWindow(Control(row), Pixels(8), top, Pixels(200), rowHeight, TRUE);
             top += rowHeight + Pixels(4);
@@ -238,6 +257,7 @@ TEST_P(DialogTest, EverythingHasTheColoursOfTheScheme) {
         EXPECT_EQ(GetPixel(device, 395, 5), colors.WindowFill);
         ReleaseDC(dialog.Handle(), device);
         if (scheme_.IsDark()) {
+            EXPECT_EQ(PixelOf(dialog.Control(SelectedList), 80, 10), DarkSelectionWithoutFocus);
             EXPECT_LT(GetRValue(PixelOf(dialog.Control(List), 100, 10)), 100) << "the header is light";
             // No edge, arrow or box in the light colours of the system; texts are the only light thing.
             for (const int identifier : {static_cast<int>(Field), static_cast<int>(List)}) {
@@ -273,7 +293,7 @@ TEST_P(DialogTest, TheMouseAndAPressChangeAButton) {
 TEST_P(DialogTest, TextsFitAtEveryResolution) {
     In([](SampleDialog& dialog) {
         for (const int dots : {96, 144, 192}) {
-            RECT place{0, 0, 420 * dots / 96, 470 * dots / 96};
+            RECT place{0, 0, 420 * dots / 96, 510 * dots / 96};
             SendMessageW(dialog.Handle(), WM_DPICHANGED, static_cast<WPARAM>(MAKELONG(dots, dots)),
                          reinterpret_cast<LPARAM>(&place));
             RECT client{};

@@ -129,6 +129,28 @@ void PaintEdge(HWND control, const ControlLook& look) {
     SetWindowSubclass(control, &EdgeProcedure, EdgeIdentifier, reinterpret_cast<DWORD_PTR>(&look));
 }
 
+bool IsList(HWND control) {
+    wchar_t name[32] = {};
+    GetClassNameW(control, name, 32);
+    return IsOneOf(name, {WC_LISTVIEWW});
+}
+
+LRESULT PaintListRow(NMLVCUSTOMDRAW& painting, const ControlLook& look) {
+    if (painting.nmcd.dwDrawStage == CDDS_PREPAINT) {
+        return look.Brushes->IsDark() ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT;
+    }
+    const HWND list = painting.nmcd.hdr.hwndFrom;
+    const bool isSelected = painting.nmcd.dwDrawStage == CDDS_ITEMPREPAINT &&
+                            SendMessageW(list, LVM_GETITEMSTATE, painting.nmcd.dwItemSpec, LVIS_SELECTED) != 0;
+    if (!isSelected) {
+        return CDRF_DODEFAULT;
+    }
+    painting.nmcd.uItemState &= ~static_cast<UINT>(CDIS_SELECTED);
+    painting.clrText = look.Brushes->Colors().Text;
+    painting.clrTextBk = GetFocus() == list ? DarkSelection : DarkSelectionWithoutFocus;
+    return CDRF_NEWFONT;
+}
+
 void ColorFrame(HWND window, Theme& scheme) {
     if (scheme.Mode() == DisplayMode::Black) {
         scheme.System().SetDarkTitleBar(window, scheme.Mode());

@@ -168,7 +168,11 @@ INT_PTR Dialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             CommandReceived(LOWORD(wParam), HIWORD(wParam));
             return TRUE;
         case WM_NOTIFY: {
-            const auto answer = NotificationReceived(*reinterpret_cast<const NMHDR*>(lParam), lParam);
+            const auto& notification = *reinterpret_cast<const NMHDR*>(lParam);
+            std::optional<LRESULT> answer = NotificationReceived(notification, lParam);
+            if (!answer && notification.code == static_cast<UINT>(NM_CUSTOMDRAW) && IsList(notification.hwndFrom)) {
+                answer = PaintListRow(*reinterpret_cast<NMLVCUSTOMDRAW*>(lParam), look_);
+            }
             SetWindowLongPtrW(handle_, DWLP_MSGRESULT, answer.value_or(0));
             return answer.has_value() ? TRUE : FALSE;
         }
