@@ -124,15 +124,22 @@ TEST(EventTreeTest, SystemValuesOfOddEventsAreNotCertain) {
     EXPECT_EQ(inSystem([](Tokens&) {}, {}), Result(true, -1));
     EXPECT_EQ(inSystem([](Tokens& tokens) { tokens.TextElement("EventID", u"7"); }, {}), Result(true, 7));
     // An element that is left out takes its attributes along.
-    const auto qualified = [](Tokens& tokens) {
-        tokens.Open("EventID").Attribute("Qualifiers").Slot(0).CloseStart().OptionalSlot(1).End();
+    // So does one that is repeated for the items of an array without any.
+    const auto qualifiers = [](bool optional, const TestValue& content) {
+        const auto define = [&](Tokens& tokens) {
+            tokens.Open("System").CloseStart().Open("EventID").Attribute("Qualifiers").Slot(0).CloseStart();
+            optional ? tokens.OptionalSlot(1) : tokens.Slot(1);
+            tokens.End().End();
+        };
+        const Chunk chunk(EventOf(define, {UInt16Value(3), content}).Finish());
+        SystemValues values;
+        EXPECT_TRUE(chunk.ReadSystem(chunk.Records()[0], values));
+        return values.Qualifiers ? *values.Qualifiers : -1;
     };
-    const Chunk chunk(EventOf([&](Tokens& tokens) { qualified(tokens.Open("System").CloseStart()), tokens.End(); },
-                              {UInt16Value(3), NullValue()})
-                          .Finish());
-    SystemValues values;
-    EXPECT_TRUE(chunk.ReadSystem(chunk.Records()[0], values));
-    EXPECT_FALSE(values.Qualifiers);
+    EXPECT_EQ(qualifiers(true, NullValue()), -1);
+    EXPECT_EQ(qualifiers(false, NullValue()), 3);
+    EXPECT_EQ(qualifiers(false, {0x86, ""}), -1);
+    EXPECT_EQ(qualifiers(false, {0x86, LittleEndian(7, 2)}), 3);
 
     const auto isCertain = [&](auto define, const std::vector<TestValue>& slots) {
         return inSystem(define, slots).first;

@@ -78,6 +78,8 @@ struct SystemPlace {
     SystemField Field = SystemField::ProviderName;
     std::uint8_t DependencyCount = 0;  // left out when the value of one of these slots is null
     std::array<std::uint16_t, 2> Dependencies{};
+    bool IsRepeated = false;  // its element is there once for each item when the value of RepeatSlot is an array
+    std::uint16_t RepeatSlot = 0;
     std::uint32_t Begin = 0;  // the content: instructions from Begin up to End
     std::uint32_t End = 0;
 };

@@ -95,6 +95,8 @@ class LayoutFinder {
         if (list_[element].Content == ContentKind::Optional) {
             AddDependency(list_[element].Slot, place);
         }
+        place.IsRepeated = list_[element].Content != ContentKind::Fixed;
+        place.RepeatSlot = list_[element].Slot;
         std::uint32_t index = element + 1;
         while (list_[index].Code == Operation::Attribute) {
             RequirePlain(!HasPrefix(NameAt(index)));
@@ -148,6 +150,9 @@ class PlaceReader {
                 return true;
             }
         }
+        if (place.IsRepeated && IsArrayWithoutItems(SlotValue(place.RepeatSlot))) {
+            return true;
+        }
         if (place.End - place.Begin == 1 && list[place.Begin].Code == Operation::Substitution) {
             const Value value = SlotValue(list[place.Begin].Slot);
             SetSystemField(place.Field, chunk_, value, values_);
@@ -169,6 +174,11 @@ class PlaceReader {
     }
 
   private:
+    bool IsArrayWithoutItems(const Value& value) const {
+        Value item;
+        return value.IsArray && !ArrayItems(chunk_, value).Next(item);
+    }
+
     Value SlotValue(std::uint16_t slot) const { return slot < slots_.size() ? slots_[slot] : Value{}; }
 
     std::span<const std::byte> chunk_;
@@ -187,6 +197,9 @@ SystemPlan MakePlan(SystemFieldSet wanted, const InstructionList& list, const Sy
         }
         plan.Places.push_back(place);
         std::for_each_n(place.Dependencies.begin(), place.DependencyCount, needSlot);
+        if (place.IsRepeated) {
+            needSlot(place.RepeatSlot);
+        }
         for (std::uint32_t index = place.Begin; index < place.End; ++index) {
             if (list[index].Code == Operation::Substitution) {
                 needSlot(list[index].Slot);
