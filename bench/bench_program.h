@@ -13,6 +13,7 @@
 #include "eventlog/event_columns.h"
 #include "eventlog/log_tree.h"
 #include "eventlog/row_store.h"
+#include "support/doubles_dark_mode.h"
 #include "support/doubles_locale.h"
 #include "support/doubles_ports.h"
 #include "support/doubles_settings.h"
@@ -65,11 +66,14 @@ class BenchProgram {
     test::TestCategoryFiles categories_;
     test::MemorySettings settings_;
     NoFactory factory_;
+    test::FakeDarkMode darkMode_;
+    test::RecordingClipboard clipboard_;
     test::RecordingMainWindow window_{journal_};
     test::RecordingTreeView treeView_;
     test::RecordingLoadView load_;
     test::RecordingDetailsPane details_;
-    Ports ports_{system_, token_, debug_, prompts_, pump_, accounts_, locale_, errors_, categories_, factory_};
+    Ports ports_{system_, token_,  debug_,      prompts_, pump_,     accounts_,
+                 locale_, errors_, categories_, factory_, darkMode_, clipboard_};
     Views views_{window_, treeView_, load_, details_};
     i18n::Language language_;
     RowStore rows_;

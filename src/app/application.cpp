@@ -13,6 +13,7 @@
 #include "app/setting_text.h"
 #include "app/start_up.h"
 #include "base/format_text.h"
+#include "details/copied_details.h"
 
 namespace corvina {
 namespace {
@@ -165,6 +166,12 @@ void Application::Command(std::uint32_t command) {
             break;
         case CORVINA_ID_ABOUT:
             ShowAbout();
+            break;
+        case CORVINA_ID_COPY_TABLE:
+            CopyTable();
+            break;
+        case CORVINA_ID_COPY_DETAILS:
+            CopyDetails();
             break;
         default:
             break;
@@ -335,6 +342,25 @@ void Application::ShowAbout() {
                                     .Version = VersionLine(language),
                                     .License = std::wstring(License),
                                     .Close = std::wstring(language.Text(CloseSlot))});
+}
+
+void Application::CopyTable() {
+    constexpr std::wstring_view CellEnd = L"    ";
+    const std::size_t columns = state_->Columns.Visible().count();
+    std::wstring table;
+    for (const std::size_t row : state_->Shown.Window.SelectedRows()) {
+        for (std::size_t position = 0; position < columns; ++position) {
+            table += CellText(row, position);
+            table += CellEnd;
+        }
+        table += L'\n';
+    }
+    state_->System.Copies.PutText(table);
+}
+
+void Application::CopyDetails() {
+    const std::vector<std::size_t> rows = state_->Shown.Window.SelectedRows();
+    state_->System.Copies.PutText(DetailsAsText(state_->Logs->RowEvents, rows));
 }
 
 }  // namespace corvina

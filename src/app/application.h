@@ -19,6 +19,7 @@
 #include "i18n/language.h"
 #include "platform/accounts.h"
 #include "platform/category_message_files.h"
+#include "platform/clipboard.h"
 #include "platform/dark_mode_api.h"
 #include "platform/debug_log.h"
 #include "platform/event_log_api.h"
@@ -59,6 +60,7 @@ struct Ports {
     CategoryMessageFiles& Categories;
     PortFactory& Factory;
     DarkModeApi& DarkMode;
+    Clipboard& Copies;
 };
 
 struct Views {
@@ -125,6 +127,8 @@ class Application {
     void EditOptions();
     void Restart();
     void ShowAbout();
+    void CopyTable();
+    void CopyDetails();
     MenuSituation Situation() const;
     bool IsSelectedChannelEnabled() const;
 

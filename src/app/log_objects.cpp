@@ -21,7 +21,8 @@ LogObjects::LogObjects(std::unique_ptr<EventLogApi> api, const LogSurroundings& 
               surroundings.System.Debug, [this](std::wstring_view text) { Pane.ShowNoEvents(text); }}),
       Details({Session, errors_, messages_, descriptions_, surroundings.Settings, surroundings.Language,
                surroundings.System.Debug}),
-      Pane(Details, surroundings.Rows, Loader, surroundings.Shown.Details),
+      RowEvents(Details, surroundings.Rows, Loader),
+      Pane(RowEvents, surroundings.Shown.Details),
       Selection({Session, Channels, surroundings.Tree, Loader, surroundings.Shown.Load, surroundings.Settings,
                  surroundings.System.System, surroundings.System.Boxes, surroundings.Language,
                  surroundings.System.Debug}) {}

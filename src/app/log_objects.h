@@ -8,6 +8,7 @@
 #include "app/application.h"
 #include "details/details_pane.h"
 #include "details/event_details.h"
+#include "details/row_details.h"
 #include "eventlog/channel_list.h"
 #include "eventlog/channel_registrar.h"
 #include "eventlog/event_description.h"
@@ -54,6 +55,7 @@ class LogObjects {
     EventRenderer Renderer;
     LogLoader Loader;
     EventDetails Details;
+    RowDetails RowEvents;
     DetailsPane Pane;
     LogSelection Selection;
 };

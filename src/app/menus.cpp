@@ -145,6 +145,8 @@ bool IsCommandEnabled(std::uint32_t command, const MenuSituation& situation) {
         case CORVINA_ID_CLEAR_LOG:
         case CORVINA_ID_REMOVE:
             return situation.SelectedNode == NodeKind::SavedLog;
+        case CORVINA_ID_COPY_TABLE:
+        case CORVINA_ID_COPY_DETAILS:
         case CORVINA_ID_REMOVE_ROWS:
             return situation.HasSelectedRows;
         default:

@@ -5,27 +5,20 @@
 namespace corvina {
 
 void DetailsPane::ShowRow(std::size_t row) {
-    if (row >= rows_.Size()) {
+    const auto event = details_.NameOf(row);
+    if (!event) {
         return;
     }
-    // Copies: an error box during the fetch lets a load begin, which replaces the rows.
-    const EventRow& values = rows_.Row(row);
-    const auto recordId = static_cast<std::uint32_t>(values.RecordId);
-    const std::wstring provider(rows_.Text(values.ProviderName));
-    const LoadedView& view = loader_.View();
-    const bool isFile = view.Kind == LoadKind::SavedLogFile;
-    // A structured view mixes logs: each row names its own.
-    const std::wstring log = isFile                           ? view.SavedLogKey
-                             : view.Kind == LoadKind::Channel ? view.ChannelName
-                                                              : std::wstring(rows_.Text(values.ChannelName));
-    details_.FetchEventByRecordId(log, isFile ? EventSource::SavedLogFile : EventSource::Channel, provider, recordId,
-                                  texts_);
-    view_.ShowDetails(texts_.LeftProperties, texts_.RightProperties, texts_.Description, IndentedXml(texts_.Xml));
+    if (details_.Fetch(*event, texts_) == FetchResult::Found) {
+        readableXml_ = IndentedXml(texts_.Xml);
+    }
+    view_.ShowDetails(texts_.LeftProperties, texts_.RightProperties, texts_.Description, readableXml_);
 }
 
 void DetailsPane::ShowNoEvents(std::wstring_view text) {
     texts_ = {std::wstring(text), std::wstring(text), std::wstring(text), {}};
-    view_.ShowDetails(texts_.LeftProperties, texts_.RightProperties, texts_.Description, texts_.Xml);
+    readableXml_.clear();
+    view_.ShowDetails(texts_.LeftProperties, texts_.RightProperties, texts_.Description, readableXml_);
 }
 
 }  // namespace corvina

@@ -2,19 +2,17 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "details/details_pane_view.h"
-#include "details/event_details.h"
-#include "eventlog/log_loader.h"
-#include "eventlog/row_store.h"
+#include "details/row_details.h"
 
 namespace corvina {
 
 class DetailsPane {
   public:
-    DetailsPane(EventDetails& details, const RowStore& rows, const LogLoader& loader, DetailsPaneView& view)
-        : details_(details), rows_(rows), loader_(loader), view_(view) {}
+    DetailsPane(RowDetails& details, DetailsPaneView& view) : details_(details), view_(view) {}
 
     // Fetches the event of a row and shows it; nothing happens for a row that does not exist.
     void ShowRow(std::size_t row);
@@ -22,15 +20,15 @@ class DetailsPane {
     // Shows a text in the first three fields and nothing in the fourth: the view has no events.
     void ShowNoEvents(std::wstring_view text);
 
-    // What the pane shows.
+    // What the pane shows; its XML as it came, on one line, and indented for reading.
     const EventTexts& Texts() const { return texts_; }
+    const std::wstring& ReadableXml() const { return readableXml_; }
 
   private:
-    EventDetails& details_;
-    const RowStore& rows_;
-    const LogLoader& loader_;
+    RowDetails& details_;
     DetailsPaneView& view_;
     EventTexts texts_;
+    std::wstring readableXml_;
 };
 
 }  // namespace corvina

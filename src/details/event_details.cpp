@@ -90,8 +90,8 @@ std::wstring RightProperties(const SystemProperties& properties, const i18n::Lan
 
 }  // namespace
 
-bool EventDetails::FetchEventByRecordId(std::wstring_view log, EventSource source, const std::wstring& provider,
-                                        std::uint32_t recordId, EventTexts& texts) {
+FetchResult EventDetails::FetchEventByRecordId(std::wstring_view log, EventSource source, const std::wstring& provider,
+                                               std::uint32_t recordId, EventTexts& texts) {
     texts.Description.clear();
     EventLogApi& api = parts_.Session.Api();
     const std::wstring filter = FormatText(L"Event/System[EventRecordID=%i]", {recordId});
@@ -101,7 +101,7 @@ bool EventDetails::FetchEventByRecordId(std::wstring_view log, EventSource sourc
     if (session == nullptr && !isFile) {
         // Without a session the platform would look in this computer's log instead.
         ReportQueryFailure(parts_.Session.OpenError());
-        return false;
+        return FetchResult::LogNotRead;
     }
     // Closed in the order event, query, metadata.
     const EvtHandle metadata = OpenMetadata(session, provider);
@@ -109,20 +109,20 @@ bool EventDetails::FetchEventByRecordId(std::wstring_view log, EventSource sourc
         api, api.EvtQuery(session, path.c_str(), filter.c_str(), isFile ? EvtQueryFilePath : EvtQueryChannelPath));
     if (!query) {
         ReportQueryFailure(api.GetLastError());
-        return false;
+        return FetchResult::LogNotRead;
     }
     EVT_HANDLE handle = nullptr;
     DWORD count = 0;
     if (!api.EvtNext(query.Get(), 1, &handle, INFINITE, 0, &count)) {
         parts_.Debug.Write(FormatText(L"EvtNext failed with %lu\n", {api.GetLastError()}));
-        return false;
+        return FetchResult::NotFound;
     }
     const EvtHandle event(api, handle);
     if (count != 1 || !event) {
-        return false;
+        return FetchResult::NotFound;
     }
     ReadEvent(event.Get(), metadata.Get(), provider, texts);
-    return true;
+    return FetchResult::Found;
 }
 
 void EventDetails::ReportQueryFailure(std::uint32_t error) {

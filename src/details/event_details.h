@@ -25,6 +25,12 @@ struct EventTexts {
 
 enum class EventSource { Channel, SavedLogFile };
 
+enum class FetchResult {
+    Found,
+    NotFound,    // the log has no such event any more
+    LogNotRead,  // the log itself cannot be queried, which has been shown to the user
+};
+
 class EventDetails {
   public:
     struct Parts {
@@ -41,10 +47,9 @@ class EventDetails {
 
     // Fetches the event with a record identifier. `log` is a channel path of the current computer or the settings key
     // of a saved log; identifiers above 2147483647 are asked for as negative numbers and find nothing.
-    // `texts.Description` is cleared first; on failure the other texts keep what they hold. Returns whether an event
-    // was found.
-    bool FetchEventByRecordId(std::wstring_view log, EventSource source, const std::wstring& provider,
-                              std::uint32_t recordId, EventTexts& texts);
+    // `texts.Description` is cleared first; on failure the other texts keep what they hold.
+    FetchResult FetchEventByRecordId(std::wstring_view log, EventSource source, const std::wstring& provider,
+                                     std::uint32_t recordId, EventTexts& texts);
 
     // The system properties as lines "label: value\n"; a value that the event lacks leaves its line without one. Both
     // texts are empty when the event cannot be rendered. Returns the event's identifier.

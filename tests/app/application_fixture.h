@@ -137,11 +137,13 @@ class ApplicationTest : public testing::Test {
     TestCategoryFiles categories_;
     TestFactory factory_{settings_, journal_};
     FakeDarkMode darkMode_;
+    RecordingClipboard clipboard_;
     RecordingMainWindow window_{journal_};
     RecordingTreeView tree_;
     RecordingLoadView load_;
     RecordingDetailsPane details_;
-    Ports ports_{system_, token_, debug_, prompts_, pump_, accounts_, locale_, errors_, categories_, factory_, darkMode_};
+    Ports ports_{system_, token_,  debug_,      prompts_, pump_,     accounts_,
+                 locale_, errors_, categories_, factory_, darkMode_, clipboard_};
     std::unique_ptr<Application> app_;
 };
 

@@ -81,17 +81,19 @@ class Details : public ::testing::Test, public StoreMachinery {
         Start();
         details_ = std::make_unique<EventDetails>(EventDetails::Parts{Logic->Session, Logic->Errors, Logic->Messages,
                                                                       Logic->Descriptions, Settings, Language, Debug});
-        pane_ = std::make_unique<DetailsPane>(*details_, Logic->Rows, Logic->Loader, paneView_);
+        rows_ = std::make_unique<RowDetails>(*details_, Logic->Rows, Logic->Loader);
+        pane_ = std::make_unique<DetailsPane>(*rows_, paneView_);
         View.OnSelectRow = [this](std::size_t row) { pane_->ShowRow(row); };
     }
     void TearDown() override { EXPECT_EQ(End(), 0U) << "handles were left open"; }
 
     bool Fetch(std::wstring_view log, std::uint32_t recordId, EventSource source = EventSource::Channel) {
-        return details_->FetchEventByRecordId(log, source, L"Test-Provider", recordId, texts_);
+        return details_->FetchEventByRecordId(log, source, L"Test-Provider", recordId, texts_) == FetchResult::Found;
     }
 
     RecordingDetailsPane paneView_;
     std::unique_ptr<EventDetails> details_;
+    std::unique_ptr<RowDetails> rows_;
     std::unique_ptr<DetailsPane> pane_;
     EventTexts texts_;
 };

@@ -44,9 +44,9 @@ std::filesystem::path NewFolder() {
 }  // namespace
 
 MainWindowTest::MainWindowTest()
-    : Folder(NewFolder()), Store(Folder / L"Logs"), ports_{system_,     privileges_, Debug,    Boxes,
-                                                           pump_,       accounts_,   locale_,  errors_,
-                                                           categories_, factory_,    darkMode_} {
+    : Folder(NewFolder()), Store(Folder / L"Logs"), ports_{system_,     privileges_, Debug,     Boxes,
+                                                           pump_,       accounts_,   locale_,   errors_,
+                                                           categories_, factory_,    darkMode_, clipboard_} {
     system_.Folder = Folder;
     WriteSetting(L"Options", L"Language", L"1");
     WriteSetting(L"Options", L"CurrTheme", L"0");

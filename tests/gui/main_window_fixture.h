@@ -22,6 +22,7 @@
 #include "platform/win32/registry_category_message_files.h"
 #include "platform/win32/settings_file.h"
 #include "platform/win32/windows_accounts.h"
+#include "platform/win32/windows_clipboard.h"
 #include "platform/win32/windows_dark_mode.h"
 #include "platform/win32/windows_locale.h"
 #include "platform/win32/windows_message_pump.h"
@@ -148,6 +149,7 @@ class MainWindowTest : public testing::Test {
     RegistryCategoryMessageFiles categories_;
     WindowsPortFactory factory_;
     WindowsDarkMode darkMode_;
+    WindowsClipboard clipboard_;
     Ports ports_;
     std::unique_ptr<MainWindow> window_;
 };

@@ -15,6 +15,7 @@
 
 #include "platform/accounts.h"
 #include "platform/category_message_files.h"
+#include "platform/clipboard.h"
 #include "platform/debug_log.h"
 #include "platform/message_pump.h"
 #include "platform/prompts.h"
@@ -66,6 +67,13 @@ class RecordingPrompts final : public Prompts {
     bool Answer = true;
     std::wstring Filter;
     std::optional<std::wstring> ChosenFile;
+};
+
+class RecordingClipboard final : public Clipboard {
+  public:
+    void PutText(std::wstring_view text) override { Texts.emplace_back(text); }
+
+    std::vector<std::wstring> Texts;
 };
 
 class TestPump final : public MessagePump {

@@ -9,6 +9,7 @@
 #include "platform/win32/registry_category_message_files.h"
 #include "platform/win32/system_library.h"
 #include "platform/win32/windows_accounts.h"
+#include "platform/win32/windows_clipboard.h"
 #include "platform/win32/windows_dark_mode.h"
 #include "platform/win32/windows_locale.h"
 #include "platform/win32/windows_message_pump.h"
@@ -58,8 +59,10 @@ int RunProgram(HINSTANCE instance, int showCommand) {
     WindowsSystemErrors errors;
     RegistryCategoryMessageFiles categories;
     WindowsPortFactory factory;
+    WindowsClipboard clipboard;
     WindowsDarkMode darkMode;
-    Ports ports{system, privileges, debug, boxes, pump, accounts, locale, errors, categories, factory, darkMode};
+    Ports ports{system, privileges, debug,      boxes,   pump,     accounts,
+                locale, errors,     categories, factory, darkMode, clipboard};
 
     MainWindow window({.Instance = instance,
                        .System = ports,
