@@ -1,5 +1,7 @@
 #include "eventlog/event_xml.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <pugixml.hpp>
 #include <string>
 
@@ -10,8 +12,13 @@ namespace corvina {
 
 namespace {
 
-// Indenting costs text in proportion to the depth. No event is nested this deep unless it was made to use up memory.
+// No event is nested this deep unless it was made to use up memory.
 constexpr int MaximumIndentedDepth = 200;
+
+// Indenting costs blanks in proportion to the depth of each element: a record of many deep ones would become a hundred
+// times as long.
+constexpr std::string_view Indentation = "  ";
+constexpr std::size_t MostIndentation = 4'000'000;
 
 class TextWriter : public pugi::xml_writer {
   public:
@@ -109,13 +116,16 @@ std::wstring IndentedXml(std::wstring_view xml) {
         return std::wstring(xml);
     }
     int deepest = 0;
-    ForEachElement(document.document_element(),
-                   [&](const pugi::xml_node&, int depth) { deepest = std::max(deepest, depth); });
-    if (deepest > MaximumIndentedDepth) {
+    std::size_t indentation = 0;
+    ForEachElement(document.document_element(), [&](const pugi::xml_node&, int depth) {
+        deepest = std::max(deepest, depth);
+        indentation += Indentation.size() * static_cast<std::size_t>(depth);
+    });
+    if (deepest > MaximumIndentedDepth || indentation > MostIndentation) {
         return std::wstring(xml);
     }
     TextWriter writer;
-    document.save(writer, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+    document.save(writer, Indentation.data(), pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
     return WideFromUtf8(writer.Text());
 }
 

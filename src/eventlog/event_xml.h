@@ -14,8 +14,8 @@ namespace corvina {
 // `buffer` is used again.
 std::wstring_view RenderEventXml(EventLogApi& api, DebugLog& debug, EVT_HANDLE event, PropertyBuffer& buffer);
 
-// The XML with one element a line, indented by two blanks a level. Text that is no well-formed XML comes back
-// unchanged.
+// The XML with one element a line, indented by two blanks a level. Text that is no well-formed XML, or whose nesting
+// would make it many times as long, comes back unchanged.
 std::wstring IndentedXml(std::wstring_view xml);
 
 // The data values of an event, one a line, "Name: value" where they are named: what EventData, UserData and any other

@@ -123,5 +123,27 @@ TEST(EventXml, DeepNestingCostsNeitherStackNorMemory) {
     EXPECT_EQ(DataValueLines(deep), L"D: value\n");
 }
 
+TEST(EventXml, IsNeverMadeManyTimesAsLong) {
+    const auto nested = [](int levels, int elements) {
+        std::wstring xml;
+        for (int level = 0; level < levels; ++level) {
+            xml += L"<a>";
+        }
+        for (int element = 0; element < elements; ++element) {
+            xml += L"<b/>";
+        }
+        for (int level = 0; level < levels; ++level) {
+            xml += L"</a>";
+        }
+        return xml;
+    };
+    const std::wstring wide = nested(3, 100'000);
+    EXPECT_GT(IndentedXml(wide).size(), wide.size());
+    const std::wstring deepAndWide = nested(150, 100'000);
+    EXPECT_TRUE(IndentedXml(deepAndWide) == deepAndWide);
+    const std::wstring longText = L"<a>" + std::wstring(2'000'000, L'\x202E') + L"</a>";
+    EXPECT_TRUE(IndentedXml(longText) == longText + L"\n");
+}
+
 }  // namespace
 }  // namespace corvina
