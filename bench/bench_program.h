@@ -72,9 +72,10 @@ class BenchProgram {
     test::RecordingTreeView treeView_;
     test::RecordingLoadView load_;
     test::RecordingDetailsPane details_;
+    test::RecordingDetailsWindow eventWindow_;
     Ports ports_{system_, token_,  debug_,      prompts_, pump_,     accounts_,
                  locale_, errors_, categories_, factory_, darkMode_, clipboard_};
-    Views views_{window_, treeView_, load_, details_};
+    Views views_{window_, treeView_, load_, details_, eventWindow_};
     i18n::Language language_;
     RowStore rows_;
     LogTree tree_{&treeView_};

@@ -92,7 +92,7 @@ std::uint32_t Application::RowImage(std::size_t row) const {
 
 void Application::RowSelectionChanged() {
     const std::optional<std::size_t> row = state_->Shown.Window.SelectedRow();
-    if (state_->Logs && row) {
+    if (state_->Logs && row && !state_->Logs->EventWindow.IsOpen()) {
         state_->Logs->Pane.ShowRow(*row);
     }
 }
@@ -166,6 +166,9 @@ void Application::Command(std::uint32_t command) {
             break;
         case CORVINA_ID_ABOUT:
             ShowAbout();
+            break;
+        case CORVINA_ID_EVENT_PROPERTIES:
+            state_->Logs->EventWindow.Open();
             break;
         case CORVINA_ID_COPY_TABLE:
             CopyTable();

@@ -14,6 +14,7 @@
 #include "app/main_window_view.h"
 #include "app/menus.h"
 #include "details/details_pane_view.h"
+#include "details/details_window_view.h"
 #include "eventlog/load_view.h"
 #include "eventlog/log_tree.h"
 #include "i18n/language.h"
@@ -68,6 +69,7 @@ struct Views {
     LogTreeView& Tree;
     LoadView& Load;
     DetailsPaneView& Details;
+    DetailsWindowView& EventWindow;
 };
 
 class Application {

@@ -23,6 +23,9 @@ LogObjects::LogObjects(std::unique_ptr<EventLogApi> api, const LogSurroundings& 
                surroundings.System.Debug}),
       RowEvents(Details, surroundings.Rows, Loader),
       Pane(RowEvents, surroundings.Shown.Details),
+      Selected(surroundings.Shown),
+      EventWindow({Pane, surroundings.Rows, Selected, surroundings.Shown.EventWindow, surroundings.Settings,
+                   surroundings.Language, surroundings.System.Copies}),
       Selection({Session, Channels, surroundings.Tree, Loader, surroundings.Shown.Load, surroundings.Settings,
                  surroundings.System.System, surroundings.System.Boxes, surroundings.Language,
                  surroundings.System.Debug}) {}

@@ -6,7 +6,9 @@
 #include <string>
 
 #include "app/application.h"
+#include "app/list_selection.h"
 #include "details/details_pane.h"
+#include "details/details_window.h"
 #include "details/event_details.h"
 #include "details/row_details.h"
 #include "eventlog/channel_list.h"
@@ -57,6 +59,8 @@ class LogObjects {
     EventDetails Details;
     RowDetails RowEvents;
     DetailsPane Pane;
+    ListSelection Selected;
+    DetailsWindow EventWindow;
     LogSelection Selection;
 };
 

@@ -139,12 +139,14 @@ bool IsCommandEnabled(std::uint32_t command, const MenuSituation& situation) {
         case CORVINA_ID_OPTIONS:
         case CORVINA_ID_COLUMNS:
         case CORVINA_ID_ABOUT:
+        case CORVINA_ID_COPY_FROM_DETAILS:
         case CORVINA_ID_SELECT_ALL:
         case CORVINA_ID_INVERT_SELECTION:
             return true;
         case CORVINA_ID_CLEAR_LOG:
         case CORVINA_ID_REMOVE:
             return situation.SelectedNode == NodeKind::SavedLog;
+        case CORVINA_ID_EVENT_PROPERTIES:
         case CORVINA_ID_COPY_TABLE:
         case CORVINA_ID_COPY_DETAILS:
         case CORVINA_ID_REMOVE_ROWS:

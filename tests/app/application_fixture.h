@@ -101,7 +101,7 @@ class ApplicationTest : public testing::Test {
             window_.Selection = {row};
             app_->RowSelectionChanged();
         };
-        app_ = std::make_unique<Application>(ports_, Views{window_, tree_, load_, details_});
+        app_ = std::make_unique<Application>(ports_, Views{window_, tree_, load_, details_, eventWindow_});
     }
 
     void AddLog(const std::wstring& channel, std::size_t count) {
@@ -142,6 +142,7 @@ class ApplicationTest : public testing::Test {
     RecordingTreeView tree_;
     RecordingLoadView load_;
     RecordingDetailsPane details_;
+    RecordingDetailsWindow eventWindow_;
     Ports ports_{system_, token_,  debug_,      prompts_, pump_,     accounts_,
                  locale_, errors_, categories_, factory_, darkMode_, clipboard_};
     std::unique_ptr<Application> app_;

@@ -1,4 +1,4 @@
-// What the copying commands put on the clipboard.
+// What the copying commands put on the clipboard, and the window of one event within the program.
 #include "app/command_ids.h"
 #include "application_fixture.h"
 
@@ -80,6 +80,28 @@ TEST_F(Copies, EventsThatAreGoneLeaveEmptyBlocksAndALostLogIsReportedOnce) {
     factory_.Api->FailCall(Operation::Query, factory_.Api->Calls(Operation::Query) + 1, 15007);
     EXPECT_EQ(Copy(CORVINA_ID_COPY_DETAILS, {0, 1, 2}), Separator + Separator + Separator);
     EXPECT_EQ(prompts_.Errors.size(), 1U);
+}
+
+TEST_F(Copies, TheWindowOfAnEventStepsThroughTheListWithOneFetchAStep) {
+    AddLog(L"Application", 3);
+    app_->Create();
+    Select(L"Windows Logs/Application");
+    const std::size_t before = factory_.Api->Queries.size();
+    eventWindow_.WhileOpen = [this](DetailsWindowEvents& user) {
+        user.NextRequested();
+        EXPECT_EQ(window_.Selection, std::vector<std::size_t>{1});
+        EXPECT_EQ(details_.Left, eventWindow_.Left) << "the pane below the list follows";
+        user.CopyRequested();
+    };
+    app_->Command(CORVINA_ID_EVENT_PROPERTIES);
+    EXPECT_EQ(factory_.Api->Queries.size(), before + 2);
+    EXPECT_EQ(clipboard_.Texts.size(), 1U);
+    // Closed again: the pane follows the list by itself.
+    load_.SelectRow(2);
+    EXPECT_EQ(factory_.Api->Queries.size(), before + 3);
+    window_.Selection.clear();
+    app_->Command(CORVINA_ID_EVENT_PROPERTIES);
+    EXPECT_EQ(eventWindow_.Runs, 1);
 }
 
 }  // namespace

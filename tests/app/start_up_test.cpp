@@ -107,7 +107,7 @@ TEST_F(StartUpTest, TheLanguageComesFromTheSettingsElseFromTheSystem) {
     for (const auto& [stored, system, language, written] : cases) {
         settings_.Set(L"Options", L"Language", stored);
         system_.Language = system;
-        app_ = std::make_unique<Application>(ports_, Views{window_, tree_, load_, details_});
+        app_ = std::make_unique<Application>(ports_, Views{window_, tree_, load_, details_, eventWindow_});
         app_->Create();
         EXPECT_EQ(app_->CurrentLanguage().Index(), language) << testing::PrintToString(stored);
         EXPECT_EQ(settings_.Value(L"Options", L"Language"), written) << testing::PrintToString(stored);
@@ -169,7 +169,7 @@ TEST_F(StartUpTest, AnEventLogThatCannotBeOpenedLeavesAWindowWithARoot) {
         prompts_.Errors.clear();
         errors_.Texts[1722] = L"The RPC server is unavailable.";
         factory_.OnOpen = [&](test::FailingEventLog& api) { api.FailAlways(operation, 1722); };
-        app_ = std::make_unique<Application>(ports_, Views{window_, tree_, load_, details_});
+        app_ = std::make_unique<Application>(ports_, Views{window_, tree_, load_, details_, eventWindow_});
         app_->Create();
         ASSERT_EQ(app_->Tree().Roots().size(), 1U);
         EXPECT_EQ(app_->Tree().Find(app_->Tree().Roots().front())->Caption, L"TESTPC");

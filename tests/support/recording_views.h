@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "details/details_pane_view.h"
+#include "details/details_window_view.h"
 #include "eventlog/load_view.h"
 #include "eventlog/log_tree.h"
 
@@ -80,6 +81,55 @@ class RecordingDetailsPane final : public DetailsPaneView {
     std::wstring Right;
     std::wstring Description;
     std::wstring Xml;
+};
+
+// The window of one event. While it is open the test plays the user.
+class RecordingDetailsWindow final : public DetailsWindowView {
+  public:
+    void Run(DetailsWindowEvents& events) override {
+        ++Runs;
+        HasEnded = false;
+        events.Opened();
+        if (WhileOpen) {
+            WhileOpen(events);
+        }
+    }
+    void End() override { HasEnded = true; }
+
+    void SetTexts(const DetailsWindowTexts& texts) override {
+        Captions = {std::wstring(texts.General), std::wstring(texts.Details), std::wstring(texts.Previous),
+                    std::wstring(texts.Next)};
+    }
+    void SetTitle(std::wstring_view title) override { Title = title; }
+    void ShowProperties(std::wstring_view left, std::wstring_view right) override {
+        Left = left;
+        Right = right;
+    }
+    void ShowDescription(std::wstring_view description) override { Description = description; }
+    void ShowXml(std::wstring_view xml) override { Xml = xml; }
+    void ShowTab(DetailsTab tab) override { Tab = tab; }
+    void ShowArrows(bool previous, bool next) override {
+        HasPrevious = previous;
+        HasNext = next;
+    }
+    void FocusDescription() override { IsDescriptionFocused = true; }
+    void MoveTo(const DetailsWindowPlace& place) override { Rectangle = place; }
+    DetailsWindowPlace Place() const override { return Rectangle; }
+
+    std::function<void(DetailsWindowEvents&)> WhileOpen;
+    int Runs = 0;
+    bool HasEnded = false;
+    std::vector<std::wstring> Captions;
+    std::wstring Title;
+    std::wstring Left;
+    std::wstring Right;
+    std::wstring Description;
+    std::wstring Xml;
+    DetailsTab Tab = DetailsTab::None;
+    bool HasPrevious = false;
+    bool HasNext = false;
+    bool IsDescriptionFocused = false;
+    DetailsWindowPlace Rectangle;
 };
 
 }  // namespace corvina::test

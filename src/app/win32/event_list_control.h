@@ -32,7 +32,7 @@ class EventListOwner {
     // Never called from inside a notification of the control, since it may take long.
     virtual void SelectionChanged() = 0;
     virtual void HeaderClicked(std::size_t position) = 0;
-    virtual void RowActivated() = 0;  // by a double click
+    virtual void RowActivated() = 0;  // by a double click or Enter
 };
 
 class EventListControl {

@@ -25,6 +25,7 @@ MainWindow::MainWindow(MainWindowArguments arguments)
     : arguments_(std::move(arguments)),
       tree_([this](NodeId node) { application_->TreeSelectionChanged(node); }),
       list_(*this),
+      eventWindow_([this] { return SurroundingsOfDetails(); }),
       verticalBar_(ui::SplitterDirection::Vertical, [this](int edge) { DragVertical(edge); }),
       horizontalBar_(ui::SplitterDirection::Horizontal, [this](int edge) { DragHorizontal(edge); }),
       toolTip_([this](POINT place) { return ToolTipTextAt(place); }),
@@ -95,7 +96,9 @@ LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_NOTIFY:
             return OnNotify(*reinterpret_cast<const NMHDR*>(lParam), lParam);
         case WM_COMMAND:
-            if (lParam == 0 && application_ != nullptr) {
+            if (LOWORD(wParam) == IDOK && GetFocus() == list_.Handle()) {
+                RowActivated();  // Enter, which never reaches a list
+            } else if (lParam == 0 && application_ != nullptr) {
                 application_->Command(LOWORD(wParam));
             }
             return 0;
@@ -144,7 +147,7 @@ void MainWindow::OnCreate() {
     if (arguments_.Created) {
         arguments_.Created(Handle());
     }
-    application_ = std::make_unique<Application>(arguments_.System, Views{*this, tree_, *this, details_});
+    application_ = std::make_unique<Application>(arguments_.System, Views{*this, tree_, *this, details_, eventWindow_});
     application_->Create();
 }
 

@@ -15,6 +15,7 @@
 #include "app/win32/main_layout.h"
 #include "app/win32/menu_bar.h"
 #include "details/win32/details_pane_control.h"
+#include "details/win32/details_window_control.h"
 #include "eventlog/win32/log_tree_control.h"
 #include "ui/win32/control_look.h"
 #include "ui/win32/fonts.h"
@@ -105,7 +106,8 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     void OnScaleChanged(ui::Scale scale, const RECT& place);
     void OnContextMenu(HWND control, POINT place);
     void ShowTreeMenu(POINT place, bool fromKeyboard);
-    void ShowPopup(std::uint32_t menu, POINT place);
+    void ShowPopup(std::uint32_t menu, POINT place, HWND owner);
+    DetailsWindowSurroundings SurroundingsOfDetails();
 
     HWND CreateLabel(DWORD style);
     std::array<HWND, 3> Labels() const { return {caption_, status_, version_}; }
@@ -126,6 +128,7 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     LogTreeControl tree_;
     EventListControl list_;
     DetailsPaneControl details_;
+    DetailsWindowControl eventWindow_;
     ui::Splitter verticalBar_;
     ui::Splitter horizontalBar_;
     ClientToolTip toolTip_;

@@ -35,7 +35,7 @@ void MainWindow::OnContextMenu(HWND control, POINT place) {
         // The menu is about the rows that are selected now.
         list_.DeliverSelection();
         ShowPopup(onHeader ? CORVINA_ID_MENU_HEADER : CORVINA_ID_MENU_LIST,
-                  fromKeyboard ? list_.SelectionPlace() : place);
+                  fromKeyboard ? list_.SelectionPlace() : place, Handle());
     }
 }
 
@@ -47,15 +47,24 @@ void MainWindow::ShowTreeMenu(POINT place, bool fromKeyboard) {
     tree_.DeliverSelection();
     const auto menu = application_->MenuOfNode(application_->Tree().Selected());
     if (menu) {
-        ShowPopup(*menu, fromKeyboard ? tree_.SelectionPlace() : place);
+        ShowPopup(*menu, fromKeyboard ? tree_.SelectionPlace() : place, Handle());
     }
 }
 
-void MainWindow::ShowPopup(std::uint32_t menu, POINT place) {
+void MainWindow::ShowPopup(std::uint32_t menu, POINT place, HWND owner) {
     const ui::UniqueMenu popup = ui::LoadPopup(arguments_.Instance, menu);
     FillPopup(popup.get(), application_->Menu(menu));
     menus_.Prepare(popup.get(), false);
-    ui::TrackPopup(popup.get(), Handle(), place);
+    ui::TrackPopup(popup.get(), owner, place);
+}
+
+DetailsWindowSurroundings MainWindow::SurroundingsOfDetails() {
+    return {.Owner = Handle(),
+            .Instance = arguments_.Instance,
+            .Scheme = &application_->Scheme(),
+            .ShowMenu = [this](HWND owner, POINT place) { ShowPopup(CORVINA_ID_MENU_DETAILS, place, owner); },
+            .CopyCommand = CORVINA_ID_COPY_FROM_DETAILS,
+            .Menus = &menus_};
 }
 
 std::wstring_view MainWindow::CellText(std::size_t row, std::size_t position) const {
@@ -81,7 +90,8 @@ void MainWindow::HeaderClicked(std::size_t position) {
 }
 
 void MainWindow::RowActivated() {
-    application_->Command(CORVINA_ID_EVENT_PROPERTIES);
+    // Carried out when the control's notification has returned: the window stays open for long.
+    PostMessageW(Handle(), WM_COMMAND, CORVINA_ID_EVENT_PROPERTIES, 0);
 }
 
 }  // namespace corvina

@@ -45,7 +45,9 @@ std::optional<std::wstring> WindowsPrompts::ChooseFileToOpen(std::wstring_view f
 }
 
 int WindowsPrompts::ShowBox(std::wstring_view text, std::wstring_view title, UINT style) const {
-    return MessageBoxW(owner_, std::wstring(text).c_str(), std::wstring(title).c_str(), style);
+    // The window of one event may be open over the main window: it must not be used while the box is.
+    const HWND owner = owner_ == nullptr ? nullptr : GetLastActivePopup(owner_);
+    return MessageBoxW(owner, std::wstring(text).c_str(), std::wstring(title).c_str(), style);
 }
 
 }  // namespace corvina

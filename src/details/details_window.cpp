@@ -1,0 +1,164 @@
+#include "details/details_window.h"
+
+#include <cstdint>
+#include <limits>
+
+#include "base/format_text.h"
+#include "base/parse_number.h"
+
+namespace corvina {
+namespace {
+
+constexpr int UnknownEventSlot = 17;
+constexpr int PropertiesSlot = 76;
+constexpr int EventIdSlot = 83;
+constexpr int RecordIdSlot = 90;
+constexpr int GeneralSlot = 98;
+constexpr int DetailsSlot = 99;
+constexpr int PreviousSlot = 102;
+constexpr int NextSlot = 103;
+
+constexpr std::wstring_view Section = L"CorvinaDetails";
+constexpr std::wstring_view LeftKey = L"MainWindowLeft";
+constexpr std::wstring_view TopKey = L"MainWindowTop";
+constexpr std::wstring_view WidthKey = L"MainWindowWidth";
+// Spelled like this in every settings file that exists.
+constexpr std::wstring_view HeightKey = L"MainWindowHeigth";
+
+// A decimal number; anything else counts as missing.
+int ReadNumber(const SettingsStore& settings, std::wstring_view key, int defaultValue) {
+    const std::wstring text = settings.ReadSetting(Section, key, {});
+    std::wstring_view digits = text;
+    const bool isNegative = digits.starts_with(L'-');
+    digits.remove_prefix(isNegative ? 1 : 0);
+    const auto number = ParseUnsigned(digits, std::numeric_limits<int>::max());
+    if (!number) {
+        return defaultValue;
+    }
+    return isNegative ? -static_cast<int>(*number) : static_cast<int>(*number);
+}
+
+std::wstring WithLineBreaksOfFiles(std::wstring_view text) {
+    std::wstring result;
+    result.reserve(text.size() + text.size() / 16);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isAlone = text[i] == L'\n' && (i == 0 || text[i - 1] != L'\r');
+        result += isAlone ? L"\r\n" : std::wstring_view(text.substr(i, 1));
+    }
+    return result;
+}
+
+}  // namespace
+
+void DetailsWindow::Open() {
+    if (isOpen_) {
+        return;
+    }
+    isOpen_ = true;
+    parts_.View.Run(*this);
+    isOpen_ = false;
+    tab_ = DetailsTab::None;
+}
+
+void DetailsWindow::Opened() {
+    const i18n::Language& language = parts_.Language;
+    parts_.View.SetTexts({.General = language.Text(GeneralSlot),
+                          .Details = language.Text(DetailsSlot),
+                          .Previous = language.Text(PreviousSlot),
+                          .Next = language.Text(NextSlot)});
+    TabChosen(DetailsTab::General);
+    parts_.View.MoveTo(SavedPlace());
+    Fill();
+    parts_.View.FocusDescription();
+}
+
+void DetailsWindow::TabChosen(DetailsTab tab) {
+    tab_ = tab;
+    parts_.View.ShowTab(tab);
+}
+
+void DetailsWindow::PreviousRequested() {
+    const auto row = parts_.Selection.SelectedRow();
+    if (row && *row > 0 && *row < parts_.Rows.Size()) {
+        parts_.Selection.SelectOnly(*row - 1);
+        Fill();
+    }
+}
+
+void DetailsWindow::NextRequested() {
+    const auto row = parts_.Selection.SelectedRow();
+    if (row && *row + 1 < parts_.Rows.Size()) {
+        parts_.Selection.SelectOnly(*row + 1);
+        Fill();
+    }
+}
+
+void DetailsWindow::CopyRequested() {
+    parts_.Copies.PutText(CopiedText());
+}
+
+void DetailsWindow::CloseRequested() {
+    SavePlace();
+    parts_.View.End();
+}
+
+void DetailsWindow::CancelRequested() {
+    parts_.View.End();
+}
+
+std::wstring DetailsWindow::CopiedText() const {
+    if (tab_ != DetailsTab::None) {
+        return WithLineBreaksOfFiles(parts_.Pane.ReadableXml());
+    }
+    const EventTexts& texts = parts_.Pane.Texts();
+    return WithLineBreaksOfFiles(texts.LeftProperties + texts.RightProperties + texts.Description);
+}
+
+void DetailsWindow::Fill() {
+    const auto row = parts_.Selection.SelectedRow();
+    if (!row || *row >= parts_.Rows.Size()) {
+        const std::wstring_view unknown = parts_.Language.Text(UnknownEventSlot);
+        parts_.View.ShowProperties(unknown, unknown);
+    } else {
+        parts_.View.SetTitle(Title(parts_.Rows.Row(*row)));
+        parts_.Pane.ShowRow(*row);
+        const EventTexts& texts = parts_.Pane.Texts();
+        parts_.View.ShowProperties(texts.LeftProperties, texts.RightProperties);
+        parts_.View.ShowDescription(texts.Description);
+        parts_.View.ShowXml(parts_.Pane.ReadableXml());
+    }
+    ShowArrows();
+}
+
+std::wstring DetailsWindow::Title(const EventRow& row) const {
+    const i18n::Language& language = parts_.Language;
+    return FormatText(L"%s - %s %s, %s, %s %I64u",
+                      {language.Text(PropertiesSlot), language.Text(EventIdSlot), parts_.Rows.Text(row.EventIdText),
+                       parts_.Rows.Text(row.ProviderName), language.Text(RecordIdSlot), row.RecordId});
+}
+
+void DetailsWindow::ShowArrows() {
+    const auto row = parts_.Selection.SelectedRow();
+    parts_.View.ShowArrows(row && *row > 0, row && *row + 1 < parts_.Rows.Size());
+}
+
+DetailsWindowPlace DetailsWindow::SavedPlace() const {
+    const SettingsStore& settings = parts_.Settings;
+    return {.Left = ReadNumber(settings, LeftKey, 10),
+            .Top = ReadNumber(settings, TopKey, 10),
+            .Width = ReadNumber(settings, WidthKey, 800),
+            .Height = ReadNumber(settings, HeightKey, 600)};
+}
+
+void DetailsWindow::SavePlace() {
+    const DetailsWindowPlace place = parts_.View.Place();
+    const auto write = [this](std::wstring_view key, int value) {
+        parts_.Settings.WriteSetting(Section, key, FormatText(L"%i", {value}));
+    };
+    write(LeftKey, place.Left);
+    write(TopKey, place.Top);
+    write(WidthKey, place.Width);
+    write(HeightKey, place.Height);
+}
+
+}  // namespace corvina
