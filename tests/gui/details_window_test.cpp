@@ -40,20 +40,20 @@ class DetailsWindowGui : public MainWindowTest {
         const RECT place = PlaceIn(window_, control);
         EXPECT_EQ(place.left, left) << GetDlgCtrlID(control);
         EXPECT_EQ(place.top, top) << GetDlgCtrlID(control);
-        EXPECT_EQ(place.right - place.left, std::max(width, 0L)) << GetDlgCtrlID(control);
-        EXPECT_EQ(place.bottom - place.top, std::max(height, 0L)) << GetDlgCtrlID(control);
+        EXPECT_EQ(place.right - place.left, std::max<LONG>(width, 0)) << GetDlgCtrlID(control);
+        EXPECT_EQ(place.bottom - place.top, std::max<LONG>(height, 0)) << GetDlgCtrlID(control);
     }
-    void ExpectPlaces() const {
+    void ExpectPlaces(LONG n = 1) const {  // n times the usual resolution
         RECT area{};
         GetClientRect(window_, &area);
-        ExpectPlace(ButtonWindow(General), 10, 16, 200, 24);
-        ExpectPlace(ButtonWindow(Details), 220, 16, 200, 24);
-        ExpectPlace(ButtonWindow(Previous), area.right - 64, 15, 24, 24);
-        ExpectPlace(ButtonWindow(Next), area.right - 34, 14, 24, 24);
-        ExpectPlace(BoxWindow(Left), 4, 70, 440, 160);
-        ExpectPlace(BoxWindow(Right), 446, 70, area.right - 448, 160);
-        ExpectPlace(BoxWindow(Description), 4, 240, area.right - 8, area.bottom - 250);
-        ExpectPlace(BoxWindow(Xml), 4, 50, area.right - 8, area.bottom - 60);
+        ExpectPlace(ButtonWindow(General), 10 * n, 16 * n, 200 * n, 24 * n);
+        ExpectPlace(ButtonWindow(Details), 220 * n, 16 * n, 200 * n, 24 * n);
+        ExpectPlace(ButtonWindow(Previous), area.right - 64 * n, 15 * n, 24 * n, 24 * n);
+        ExpectPlace(ButtonWindow(Next), area.right - 34 * n, 14 * n, 24 * n, 24 * n);
+        ExpectPlace(BoxWindow(Left), 4 * n, 70 * n, 440 * n, 160 * n);
+        ExpectPlace(BoxWindow(Right), 446 * n, 70 * n, area.right - 448 * n, 160 * n);
+        ExpectPlace(BoxWindow(Description), 4 * n, 240 * n, area.right - 8 * n, area.bottom - 250 * n);
+        ExpectPlace(BoxWindow(Xml), 4 * n, 50 * n, area.right - 8 * n, area.bottom - 60 * n);
     }
     // Which boxes can be seen: "1110" for the first tab.
     std::string Visible() const {
@@ -93,13 +93,16 @@ TEST_F(DetailsWindowGui, StandsOverTheMainWindowAndFollowsTheTableAtEverySize) {
             SetWindowPos(window_, nullptr, 0, 0, size.cx, size.cy, SWP_NOZORDER | SWP_NOMOVE);
             ExpectPlaces();
         }
+        RECT suggested{0, 0, 1200, 850};
+        SendMessageW(window_, WM_DPICHANGED, MAKEWPARAM(192, 192), reinterpret_cast<LPARAM>(&suggested));
+        ExpectPlaces(2);
         EXPECT_EQ(GetFocus(), BoxWindow(Description));
         Close();
         return true;
     });
     EXPECT_TRUE(IsWindowEnabled(Main()));
-    EXPECT_EQ(ReadSetting(L"CorvinaDetails", L"MainWindowLeft"), L"10");
-    EXPECT_EQ(ReadSetting(L"CorvinaDetails", L"MainWindowHeigth"), L"120");
+    EXPECT_EQ(ReadSetting(L"CorvinaDetails", L"MainWindowLeft"), L"0");
+    EXPECT_EQ(ReadSetting(L"CorvinaDetails", L"MainWindowHeigth"), L"850");
 }
 
 TEST_F(DetailsWindowGui, ShowsTheEventOnTwoTabsAndStepsToBothEnds) {

@@ -65,10 +65,18 @@ void SetDetailsBoxText(HWND box, std::wstring_view text, const ui::PaletteBrushe
     SetTextColor(box, SCF_ALL, brushes);
 }
 
-void SetDetailsBoxFont(HWND box, HFONT font, ui::Scale scale) {
-    const auto margin = static_cast<WORD>(scale.Pixels(BoxMargin));
-    SendMessageW(box, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-    SendMessageW(box, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margin, margin));
+void PlaceDetailsBox(HWND box, const RECT& place, ui::Scale scale) {
+    SetWindowPos(box, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    RECT inside{};
+    GetClientRect(box, &inside);
+    const LONG margin = scale.Pixels(BoxMargin);
+    inside.left += margin;
+    inside.top += margin / 2;
+    inside.right = std::max(inside.right - margin, inside.left);
+    SendMessageW(box, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&inside));
+    // The margin keeps what was drawn there before.
+    InvalidateRect(box, nullptr, TRUE);
 }
 
 void ColorDetailsBox(HWND box, const ui::PaletteBrushes& brushes) {

@@ -15,7 +15,8 @@ namespace corvina {
 HWND CreateDetailsBox(HWND parent, HINSTANCE instance, int identifier, bool hasRichEdit);
 
 void SetDetailsBoxText(HWND box, std::wstring_view text, const ui::PaletteBrushes& brushes);
-void SetDetailsBoxFont(HWND box, HFONT font, ui::Scale scale);
+// Places a field in its parent, with a margin around its text.
+void PlaceDetailsBox(HWND box, const RECT& place, ui::Scale scale);
 void ColorDetailsBox(HWND box, const ui::PaletteBrushes& brushes);
 
 }  // namespace corvina

@@ -36,11 +36,6 @@ std::array<RECT, 4> ButtonPlaces(LONG width, ui::Scale scale) {
             At(width - pixels(34), pixels(14), pixels(24), pixels(24))};
 }
 
-void Place(HWND control, const RECT& place) {
-    SetWindowPos(control, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 // Settings may hold any number, and the system's own arithmetic with places overflows.
 int PlaceOnDesktop(int value) {
     return std::clamp(value, -32'768, 32'767);
@@ -224,7 +219,7 @@ void DetailsWindowControl::UseScale(ui::Scale scale) {
     ui::UniqueFont boxFont = CreateTahoma(scale.Pixels(14));
     ui::UniqueFont buttonFont = CreateTahoma(scale.Pixels(18));
     for (const HWND box : boxes_) {
-        SetDetailsBoxFont(box, boxFont.get(), scale);
+        SendMessageW(box, WM_SETFONT, reinterpret_cast<WPARAM>(boxFont.get()), TRUE);
     }
     for (const HWND button : buttons_) {
         SendMessageW(button, WM_SETFONT, reinterpret_cast<WPARAM>(buttonFont.get()), TRUE);
@@ -241,11 +236,13 @@ void DetailsWindowControl::Layout() {
     GetClientRect(handle_, &area);
     const auto boxPlaces = BoxPlaces(area.right, area.bottom, scale_);
     for (std::size_t i = 0; i < BoxCount; ++i) {
-        corvina::Place(boxes_[i], boxPlaces[i]);
+        PlaceDetailsBox(boxes_[i], boxPlaces[i], scale_);
     }
     const auto buttonPlaces = ButtonPlaces(area.right, scale_);
     for (std::size_t i = 0; i < ButtonCount; ++i) {
-        corvina::Place(buttons_[i], buttonPlaces[i]);
+        const RECT& place = buttonPlaces[i];
+        SetWindowPos(buttons_[i], nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
     }
     InvalidateRect(handle_, nullptr, TRUE);
 }
