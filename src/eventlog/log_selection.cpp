@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/xml_escape.h"
 #include "eventlog/channel_config.h"
 #include "eventlog/log_tree_builder.h"
 
@@ -14,27 +15,6 @@ constexpr int InformationTitle = 13;
 constexpr std::wstring_view AllEvents = L"*";
 constexpr std::wstring_view AdministrativeCondition = L"*[System[(Level=1 or Level=2 or Level=3)]]";
 
-void AppendEscaped(std::wstring_view text, std::wstring& xml) {
-    for (const wchar_t character : text) {
-        switch (character) {
-            case L'&':
-                xml += L"&amp;";
-                break;
-            case L'<':
-                xml += L"&lt;";
-                break;
-            case L'>':
-                xml += L"&gt;";
-                break;
-            case L'"':
-                xml += L"&quot;";
-                break;
-            default:
-                xml += character;
-        }
-    }
-}
-
 }  // namespace
 
 std::wstring QueryOfChannels(const std::vector<std::wstring>& channels, std::wstring_view condition) {
@@ -42,11 +22,11 @@ std::wstring QueryOfChannels(const std::vector<std::wstring>& channels, std::wst
         return {};
     }
     std::wstring query = L"<QueryList>  <Query Id=\"0\" Path=\"";
-    AppendEscaped(channels.front(), query);
+    AppendXmlEscaped(channels.front(), L'"', query);
     query += L"\">";
     for (const std::wstring& channel : channels) {
         query += L"  <Select Path=\"";
-        AppendEscaped(channel, query);
+        AppendXmlEscaped(channel, L'"', query);
         query += L"\">";
         query += condition;
         query += L"</Select>";

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/little_endian.h"
+#include "base/xml_escape.h"
 
 namespace corvina::publisher {
 
@@ -110,25 +111,7 @@ struct Item {
 
 void AppendAttribute(std::wstring_view name, std::wstring_view value, std::wstring& xml) {
     ((xml += L' ') += name) += L"=\"";
-    for (const wchar_t character : value) {
-        switch (character) {
-            case L'&':
-                xml += L"&amp;";
-                break;
-            case L'<':
-                xml += L"&lt;";
-                break;
-            case L'>':
-                xml += L"&gt;";
-                break;
-            case L'"':
-                xml += L"&quot;";
-                break;
-            default:
-                xml += character;
-                break;
-        }
-    }
+    AppendXmlEscaped(value, L'"', xml);
     xml += L'"';
 }
 

@@ -1,6 +1,6 @@
 // The resources of a program file (a Portable Executable image, 32-bit or 64-bit), read out of the file without loading
 // it: programs out of another computer are data here.
-// Format: the platform's published PE/COFF specification; the resource section is a tree of three levels, type, name
+// Format: the published PE/COFF format; the resource section is a tree of three levels, type, name
 // and language.
 #pragma once
 
