@@ -25,6 +25,10 @@ bool IsHalfSurrogate(std::wstring_view text, std::size_t index) {
 
 }  // namespace
 
+bool CanStandInXml(std::wstring_view text, std::size_t index) {
+    return !IsForbidden(text[index]) && !IsHalfSurrogate(text, index);
+}
+
 void AppendXmlEscaped(std::wstring_view text, wchar_t quotationMark, std::wstring& xml) {
     for (std::size_t index = 0; index < text.size(); ++index) {
         const wchar_t character = text[index];
@@ -37,7 +41,7 @@ void AppendXmlEscaped(std::wstring_view text, wchar_t quotationMark, std::wstrin
         } else if (character == quotationMark) {
             xml += character == L'"' ? L"&quot;" : L"&apos;";
         } else {
-            xml += IsForbidden(character) || IsHalfSurrogate(text, index) ? Replacement : character;
+            xml += CanStandInXml(text, index) ? character : Replacement;
         }
     }
 }
