@@ -1,5 +1,7 @@
 #include "eventlog/event_log_session.h"
 
+#include <utility>
+
 #include "base/format_text.h"
 #include "eventlog/property_buffer.h"
 
@@ -15,26 +17,6 @@ constexpr int MaximumFailuresInARow = 100;
 
 constexpr std::wstring_view OpenFailed = L"Error occured. Open Session failed.";
 
-// Overwrites memory that held a secret; the writes are volatile so that they are not left out as useless.
-void Wipe(void* memory, std::size_t bytes) {
-    volatile unsigned char* place = static_cast<unsigned char*>(memory);
-    while (bytes-- > 0) {
-        *place++ = 0;
-    }
-}
-
-// Zero-terminated copies of the login's texts, which are wiped as soon as they are no longer needed.
-struct LoginTexts {
-    std::wstring Computer;
-    std::wstring User;
-    std::wstring Password;
-
-    ~LoginTexts() {
-        Wipe(User.data(), User.size() * sizeof(wchar_t));
-        Wipe(Password.data(), Password.size() * sizeof(wchar_t));
-    }
-};
-
 }  // namespace
 
 EventLogSession::EventLogSession(EventLogApi& api, const SystemErrorReport& report, DebugLog& debug,
@@ -47,22 +29,8 @@ void EventLogSession::SetCurrentComputer(std::wstring_view name) {
 
 std::shared_ptr<EvtHandle> EventLogSession::OpenSession(std::wstring_view computer,
                                                         const std::optional<Credentials>& credentials) {
-    LoginTexts texts;
-    texts.Computer = computer;
-    if (credentials) {
-        // Exactly sized at once, so that no growing buffer leaves a copy behind.
-        texts.User.assign(credentials->User);
-        texts.Password.assign(credentials->Password);
-    }
-    EVT_RPC_LOGIN login{};
-    login.Server = texts.Computer.data();
-    login.User = credentials ? texts.User.data() : nullptr;
-    login.Password = credentials ? texts.Password.data() : nullptr;
-    login.Flags = EvtRpcLoginAuthNegotiate;
-    EVT_HANDLE handle = api_.EvtOpenSession(EvtRpcLogin, &login, 0, 0);
-    openError_ = handle == nullptr ? api_.GetLastError() : error::Success;
-    Wipe(&login, sizeof login);
-    return handle == nullptr ? nullptr : std::make_shared<EvtHandle>(api_, handle);
+    EvtHandle session = OpenRemoteSession(api_, computer, credentials, openError_);
+    return session ? std::make_shared<EvtHandle>(std::move(session)) : nullptr;
 }
 
 std::shared_ptr<EvtHandle> EventLogSession::OpenComputerSession(std::wstring_view computer,

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "eventlog/channel_list.h"
+#include "eventlog/remote_session.h"
 #include "eventlog/system_error_report.h"
 #include "i18n/language.h"
 #include "platform/debug_log.h"
@@ -17,11 +18,6 @@
 #include "platform/evt_handle.h"
 
 namespace corvina {
-
-struct Credentials {
-    std::wstring_view User;
-    std::wstring_view Password;
-};
 
 class EventLogSession {
   public:

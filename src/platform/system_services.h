@@ -1,5 +1,5 @@
-// The port to what the program asks of the system at start and at a restart: names, versions, folders, privileges and the
-// start of another program.
+// The port to what the program asks of the system at start and at a restart: names, versions, folders, privileges and
+// the start of another program.
 #pragma once
 
 #include <cstdint>

@@ -216,6 +216,7 @@ TEST_F(SortTest, AComparisonWithoutAnyOrderStillGivesAPermutation) {
     class DisorderedLocale final : public LocaleServices {
       public:
         std::uint64_t ToLocalTime(std::uint64_t utc) const override { return utc; }
+        std::uint64_t ToUniversalTime(std::uint64_t local) const override { return local; }
         int CompareIgnoringCase(std::wstring_view, std::wstring_view) const override {
             return -1;  // every text stands before every other one
         }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "eventlog/channel_config.h"
+#include "eventlog/event_log_reachability.h"
 #include "eventlog/event_log_session.h"
 #include "support/doubles_event_log.h"
 #include "support/log_machinery.h"
@@ -121,6 +122,29 @@ TEST_F(Sessions, FailingEnumerationRepeatsThePathBeforeAndEnds) {
     EXPECT_FALSE(Connect(L"TESTPC")) << "an enumeration that fails for ever ends, and brings nothing";
     EXPECT_TRUE(Registered.empty());
     Api->StopFailing();
+}
+
+TEST_F(Sessions, AComputerIsReachableWhenItsApplicationLogAnswers) {
+    ASSERT_TRUE(Files.AddLog(L"OPEN", L"Application", NumberedEvents(1)));
+    ASSERT_TRUE(Files.AddLog(L"BARE", L"System", NumberedEvents(1)));
+    const LogMachinery& logic = Start();
+    EventLogReachability reachability(*Api, Debug);
+    const std::size_t handles = Api->OpenHandles();
+    EXPECT_TRUE(reachability.IsReachable(L"OPEN"));
+    EXPECT_EQ(Api->Sessions.back().Server, L"OPEN");
+    EXPECT_EQ(Api->Sessions.back().User, std::nullopt);
+    const std::size_t lines = Debug.Lines.size();
+    const auto failsWith = [&](const std::wstring& computer, const std::wstring& code) {
+        EXPECT_FALSE(reachability.IsReachable(computer));
+        EXPECT_EQ(Debug.Lines.back(), L"Failed to connect to remote computer. Error code is " + code + L".\n");
+    };
+    failsWith(L"NOWHERE", L"1722");
+    failsWith(L"REMOTE", L"1326");
+    failsWith(L"BARE", L"15007");
+    EXPECT_EQ(Debug.Lines.size(), lines + 3);
+    EXPECT_EQ(Api->OpenHandles(), handles);
+    EXPECT_EQ(logic.Session.OpenError(), error::Success) << "the current session has not failed";
+    EXPECT_TRUE(Boxes.Errors.empty());
 }
 
 // Refuses a session after a look at the login record.

@@ -14,6 +14,7 @@ namespace corvina::test {
 class PlainLocale final : public LocaleServices {
   public:
     std::uint64_t ToLocalTime(std::uint64_t utc) const override { return utc + OffsetTicks; }
+    std::uint64_t ToUniversalTime(std::uint64_t local) const override { return local - OffsetTicks; }
 
     int CompareIgnoringCase(std::wstring_view left, std::wstring_view right) const override {
         ++Comparisons;

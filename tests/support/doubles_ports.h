@@ -98,7 +98,14 @@ class TestAccounts final : public Accounts {
         return found == Names.end() ? std::nullopt : std::optional(found->second);
     }
 
+    std::optional<std::wstring> AccountSid(std::wstring_view name) override {
+        ++LookUps;
+        const auto found = Sids.find(std::wstring(name));
+        return found == Sids.end() ? std::nullopt : std::optional(found->second);
+    }
+
     std::map<std::vector<std::byte>, std::wstring> Names;
+    std::map<std::wstring, std::wstring> Sids;
     int LookUps = 0;
 };
 

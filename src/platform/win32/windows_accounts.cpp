@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <memory>
+#include <sddl.h>
 
 namespace corvina {
 namespace {
@@ -52,6 +54,26 @@ std::optional<std::wstring> WindowsAccounts::AccountName(std::span<const std::by
     std::optional<std::wstring> name = LookUpName(key);
     names_.emplace(std::move(key), name);
     return name;
+}
+
+std::optional<std::wstring> WindowsAccounts::AccountSid(std::wstring_view name) {
+    // The look-up reads names to their first zero character, so that a text with one would stand for another account.
+    if (name.find(L'\0') != std::wstring_view::npos) {
+        return std::nullopt;
+    }
+    constexpr DWORD BufferSize = 1024;
+    alignas(SID) BYTE sid[SECURITY_MAX_SID_SIZE] = {};
+    wchar_t domain[BufferSize] = {};
+    DWORD sidSize = sizeof sid;
+    DWORD domainSize = BufferSize;
+    SID_NAME_USE use{};
+    wchar_t* text = nullptr;
+    if (!LookupAccountNameW(nullptr, std::wstring(name).c_str(), sid, &sidSize, domain, &domainSize, &use) ||
+        !ConvertSidToStringSidW(sid, &text)) {
+        return std::nullopt;
+    }
+    const std::unique_ptr<wchar_t, decltype(&LocalFree)> owner(text, &LocalFree);
+    return std::wstring(text);
 }
 
 }  // namespace corvina

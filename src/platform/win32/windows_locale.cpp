@@ -24,6 +24,15 @@ std::uint64_t WindowsLocale::ToLocalTime(std::uint64_t utc) const {
     return std::uint64_t{local.dwHighDateTime} << 32 | local.dwLowDateTime;
 }
 
+std::uint64_t WindowsLocale::ToUniversalTime(std::uint64_t local) const {
+    FILETIME here{static_cast<DWORD>(local), static_cast<DWORD>(local >> 32)};
+    FILETIME universal{};
+    if (!LocalFileTimeToFileTime(&here, &universal)) {
+        return local;
+    }
+    return std::uint64_t{universal.dwHighDateTime} << 32 | universal.dwLowDateTime;
+}
+
 int WindowsLocale::CompareIgnoringCase(std::wstring_view left, std::wstring_view right) const {
     if (left.empty() || right.empty()) {
         return static_cast<int>(!left.empty()) - static_cast<int>(!right.empty());

@@ -10,6 +10,7 @@ class WindowsLocale : public LocaleServices {
     // Uses today's difference to UTC for every date, summer or winter, as the system's own conversion of file times
     // does.
     std::uint64_t ToLocalTime(std::uint64_t utc) const override;
+    std::uint64_t ToUniversalTime(std::uint64_t local) const override;
 
     int CompareIgnoringCase(std::wstring_view left, std::wstring_view right) const override;
 };

@@ -54,6 +54,16 @@ TEST(WindowsAccountsTest, NamesKnownIdentifiersOnly) {
     EXPECT_FALSE(accounts.AccountName(Sid({9, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0})));
 }
 
+TEST(WindowsAccountsTest, FindsTheIdentifiersOfKnownNamesOnly) {
+    WindowsAccounts accounts;
+    const auto name = accounts.AccountName(Sid({1, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0}));
+    ASSERT_TRUE(name);
+    EXPECT_EQ(accounts.AccountSid(*name), L"S-1-1-0");
+    EXPECT_FALSE(accounts.AccountSid(L"no such account at all"));
+    EXPECT_FALSE(accounts.AccountSid(*name + std::wstring(1, L'\0') + L"more"));
+    EXPECT_FALSE(accounts.AccountSid(std::wstring(100'000, L'x')));
+}
+
 TEST(WindowsLocaleTest, ConvertsToLocalTimeWithTodaysDifference) {
     const WindowsLocale locale;
     TIME_ZONE_INFORMATION zone{};
@@ -67,6 +77,7 @@ TEST(WindowsLocaleTest, ConvertsToLocalTimeWithTodaysDifference) {
     constexpr std::uint64_t July = 133'642'656'001'234'567;
     EXPECT_EQ(static_cast<std::int64_t>(locale.ToLocalTime(January) - January), difference);
     EXPECT_EQ(static_cast<std::int64_t>(locale.ToLocalTime(July) - July), difference);
+    EXPECT_EQ(locale.ToUniversalTime(locale.ToLocalTime(July)), July);
 }
 
 TEST(WindowsLocaleTest, ComparesAsTheUserReads) {
