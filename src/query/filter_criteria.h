@@ -27,8 +27,8 @@ struct TimeCriterion {
     // list of a dialog, which does not promise what its entries say (see TimeFragment).
     std::uint32_t Choice = 0;
     // Count only when custom; both ends are included.
-    LocalMoment From;
-    LocalMoment To;
+    LocalMoment From = {};
+    LocalMoment To = {};
 
     friend bool operator==(const TimeCriterion&, const TimeCriterion&) = default;
 };
@@ -44,17 +44,18 @@ struct LevelMarks {
     friend bool operator==(const LevelMarks&, const LevelMarks&) = default;
 };
 
-// An empty text or list means that the criterion is not set. Lists are separated by commas.
+// An empty text or list means that the criterion is not set. Lists are separated by commas. Every field has an
+// initializer, so that a filter can be written as the few fields that it sets.
 struct FilterCriteria {
-    TimeCriterion Time;
-    LevelMarks Levels;
-    std::wstring EventIds;   // "1, 3, 5-99, -76, -5-37"
-    std::wstring Keywords;   // names, or parts of names
-    std::wstring Providers;  // names
-    std::wstring User;       // one account name
-    std::wstring Computer;   // one computer name
-    std::wstring Channels;   // channel paths, or the paths of log files
-    std::vector<std::uint32_t> Tasks;
+    TimeCriterion Time = {};
+    LevelMarks Levels = {};
+    std::wstring EventIds = {};   // "1, 3, 5-99, -76, -5-37"
+    std::wstring Keywords = {};   // names, or parts of names
+    std::wstring Providers = {};  // names
+    std::wstring User = {};       // one account name
+    std::wstring Computer = {};   // one computer name
+    std::wstring Channels = {};   // channel paths
+    std::vector<std::uint32_t> Tasks = {};
 
     friend bool operator==(const FilterCriteria&, const FilterCriteria&) = default;
 };
