@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "embedded/samples/sample_store.h"
+#include "eventlog/log_tree_builder.h"
 
 namespace corvina::bench {
 namespace {
@@ -50,6 +51,19 @@ std::filesystem::path StoreWithEvents(std::uint64_t events) {
     return folder;
 }
 
+std::filesystem::path ExportWithEvents(std::uint64_t events) {
+    const files::path file = files::path(CORVINA_BENCH_FOLDER) / ("export-" + std::to_string(events) + ".evtx");
+    std::error_code ignored;
+    if (!files::exists(file, ignored)) {
+        embedded::EmbeddedEventLog log(StoreWithEvents(events), L"BENCH");
+        if (!log.EvtExportLog(nullptr, L"System", L"*[System[EventRecordID > 1]]", file.wstring().c_str(),
+                              EvtExportLogChannelPath)) {
+            Fail(file, "the export cannot be written");
+        }
+    }
+    return file;
+}
+
 VisibleColumns DefaultColumns() {
     return VisibleColumns(0b111111);
 }
@@ -73,6 +87,20 @@ BenchProgram::BenchProgram(const std::filesystem::path& store, const VisibleColu
 void BenchProgram::LoadSystemLog() {
     tree_.Select(systemLog_);
     logs_->Selection.NodeSelected(systemLog_);
+}
+
+void BenchProgram::LoadSavedLog(const std::filesystem::path& file) {
+    settings_.Set(SavedLogsSection, L"Saved", file.wstring());
+    system_.Files = {file.wstring()};
+    logs_->Builder.AddSavedLogNode(0, L"Saved");
+    const NodeId node = tree_.FindByPath(L"Saved Logs/Saved");
+    tree_.Select(node);
+    logs_->Selection.NodeSelected(node);
+}
+
+const std::wstring& BenchProgram::ShowDetails(std::size_t row) {
+    logs_->Pane.ShowRow(row);
+    return logs_->Pane.Texts().Xml;
 }
 
 void BenchProgram::StopAtFirstPage() {

@@ -1,6 +1,7 @@
 // The program's way from a log to the list, without a window, over logs that are made once and kept.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -27,6 +28,10 @@ namespace corvina::bench {
 // first use and stays for later runs. Ends the program with a message when it cannot be made.
 std::filesystem::path StoreWithEvents(std::uint64_t events);
 
+// An export of that log without its oldest event, whose records are counted anew, so that the events have other record
+// identifiers than the records they stand in.
+std::filesystem::path ExportWithEvents(std::uint64_t events);
+
 // The columns that a fresh program shows, and all of them.
 VisibleColumns DefaultColumns();
 VisibleColumns AllColumns();
@@ -37,6 +42,12 @@ class BenchProgram {
 
     // Loads the System log from the beginning, as selecting its node does.
     void LoadSystemLog();
+
+    // Loads a saved log from the beginning.
+    void LoadSavedLog(const std::filesystem::path& file);
+
+    // Shows the event of a row in the pane, as selecting it does, and returns its XML.
+    const std::wstring& ShowDetails(std::size_t row);
 
     // Ends the next load when waiting messages are dispatched for the first time, after at most 101 rows.
     void StopAtFirstPage();

@@ -18,13 +18,15 @@ LogCursor::LogCursor(std::shared_ptr<const OpenLogFile> log, std::shared_ptr<con
       selection_(std::move(selection)),
       newestFirst_(newestFirst),
       takesEverything_(selection_->MatchesEverything()) {
-    if (selection_->MatchesNothing()) {
-        log_ = nullptr;
+    if (log_ != nullptr && !selection_->MatchesNothing()) {
+        const auto [begin, end] = log_->ChunksOf(*selection_);
+        firstChunk_ = begin;
+        chunkCount_ = end - begin;
     }
 }
 
-std::size_t LogCursor::ChunkIndex(std::size_t chunksBefore) const {
-    return newestFirst_ ? log_->File().Chunks().size() - 1 - chunksBefore : chunksBefore;
+std::size_t LogCursor::CurrentChunk() const {
+    return firstChunk_ + (newestFirst_ ? chunkCount_ - chunksDone_ : chunksDone_ - 1);
 }
 
 evtx::RecordPlace LogCursor::RecordAt(std::size_t recordsBefore) const {
@@ -32,28 +34,25 @@ evtx::RecordPlace LogCursor::RecordAt(std::size_t recordsBefore) const {
     return newestFirst_ ? records[records.size() - 1 - recordsBefore] : records[recordsBefore];
 }
 
-// The chunk table answers for record ids when the events carry the ids that it lists.
-bool LogCursor::MayHoldMatches(std::size_t chunkIndex) const {
-    const evtx::ChunkPlace& chunk = log_->File().Chunks()[chunkIndex];
-    return selection_->MayMatchRecordIds(chunk.FirstRecordId, chunk.LastRecordId) || !log_->EventsCarryRecordIds();
-}
-
 bool LogCursor::NextChunk() {
     chunk_ = nullptr;
     recordsDone_ = 0;
     insideChunk_ = false;
-    const std::size_t count = log_ == nullptr ? 0 : log_->File().Chunks().size();
-    while (chunksDone_ < count && !insideChunk_) {
-        insideChunk_ = MayHoldMatches(ChunkIndex(chunksDone_));
+    while (chunksDone_ < chunkCount_ && !insideChunk_) {
         ++chunksDone_;
+        insideChunk_ = log_->MayHold(CurrentChunk(), *selection_);
     }
-    return HoldChunk();
+    if (!HoldChunk()) {
+        return false;
+    }
+    log_->NoteRecordIds(CurrentChunk(), *chunk_, memory_);
+    return true;
 }
 
 // Has the chunk that the cursor is in, if it is in one, in memory.
 bool LogCursor::HoldChunk() {
     if (insideChunk_ && chunk_ == nullptr) {
-        chunk_ = log_->File().ReadChunk(ChunkIndex(chunksDone_ - 1));
+        chunk_ = log_->File().ReadChunk(CurrentChunk());
     }
     return insideChunk_;
 }

@@ -42,17 +42,18 @@ class LogCursor {
   private:
     bool NextChunk();
     bool HoldChunk();
-    std::size_t ChunkIndex(std::size_t chunksBefore) const;
+    std::size_t CurrentChunk() const;
     evtx::RecordPlace RecordAt(std::size_t recordsBefore) const;
-    bool MayHoldMatches(std::size_t chunkIndex) const;
     bool Matches(const evtx::RecordPlace& record);
 
     std::shared_ptr<const OpenLogFile> log_;
     std::shared_ptr<const xpath::Selection> selection_;
     bool newestFirst_;
     bool takesEverything_;
-    bool insideChunk_ = false;     // of the chunk before chunksDone_
-    std::size_t chunksDone_ = 0;   // the one that the cursor is in included
+    std::size_t firstChunk_ = 0;  // no event outside of these is taken
+    std::size_t chunkCount_ = 0;
+    bool insideChunk_ = false;
+    std::size_t chunksDone_ = 0;   // of those, the one that the cursor is in included
     std::size_t recordsDone_ = 0;  // of that chunk, the event that the cursor is at included
     evtx::RecordPlace record_;     // that event
     std::shared_ptr<const evtx::Chunk> chunk_;

@@ -77,8 +77,7 @@ TEST_F(QueriesTest, RecordIdFindsItsEvent) {
     }
 }
 
-// An exported log counts its records anew while its events keep the ids they had.
-TEST_F(QueriesTest, RecordIdFindsEventsOfAnExportedLog) {
+TEST_F(QueriesTest, RecordIdFindsEventsOfALogWithGaps) {
     std::vector<TestEvent> events = NumberedEvents(ManyEvents);
     for (std::size_t index = 0; index < events.size(); ++index) {
         events[index].RecordId = 100000 + 10 * index;

@@ -1,12 +1,14 @@
 // Whole files: opening, order, cut and foreign parts, stale headers.
 #include "embedded/evtx/log_file.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <zlib.h>
 
 #include "embedded/evtx/chunk_header.h"
+#include "embedded/evtx/log_layout.h"
 #include "evtx/memory_file.h"
 #include "evtx/test_chunk.h"
 #include "platform/error_codes.h"
@@ -168,6 +170,72 @@ TEST(LogFileTest, ChunksWithASoundHeaderAreNotWalked) {
     std::string damaged = ChunkWith(5, 3);
     damaged[130] ^= 1;
     EXPECT_GT(bytesToOpen(damaged, "5 6 7 20 "), headersOnly);
+}
+
+TEST(LogFileTest, AKnownLayoutIsTakenUntilTheLogGrows) {
+    std::uint64_t bytesRead = 0;
+    const auto open = [&bytesRead](const std::string& bytes, std::shared_ptr<const LogLayout> known) {
+        bytesRead = 0;
+        std::uint32_t error = 0;
+        auto file = LogFile::Open(std::make_unique<CountingFile>(bytes, bytesRead), error, std::move(known));
+        EXPECT_EQ(error, error::Success);
+        return file;
+    };
+    std::string log = HeaderBytes() + ChunkWith(1000, 2);
+    for (std::uint64_t chunk = 0; chunk < 60; ++chunk) {
+        log += ChunkWith(10 + chunk * 2, 2);
+    }
+    log += UnusedChunk;
+    const auto known = open(log, nullptr)->Layout();
+    const auto again = open(log, known);
+    EXPECT_LT(bytesRead, 8192U) << "the headers of all chunks were read";
+    EXPECT_EQ(again->Layout(), known);
+    EXPECT_EQ(again->RecordCount(), 122U);
+    EXPECT_EQ(again->Chunks()[7].FirstRecordId, 24U);
+
+    // The newest chunk is the first one of the file here: a log goes on in it, then in the one behind it.
+    const std::size_t firstChunk = 4096;
+    const std::size_t secondChunk = firstChunk + ChunkSize;
+    const auto recordsWith = [&](std::size_t offset, const std::string& chunk) {
+        std::string grown = log;
+        grown.replace(offset, ChunkSize, chunk);
+        const auto file = open(grown, known);
+        EXPECT_NE(file->Layout(), known);
+        return file->RecordCount();
+    };
+    EXPECT_EQ(recordsWith(firstChunk, ChunkWith(1000, 3)), 123U);
+    EXPECT_EQ(recordsWith(secondChunk, ChunkWith(1002, 7)), 127U);
+    std::string cleanedUp = log;
+    cleanedUp[42] = 61;
+    EXPECT_NE(open(cleanedUp, known)->Layout(), known);
+
+    // At the end of the file it goes on at the first chunk.
+    log = HeaderBytes() + ChunkWith(1, 2) + ChunkWith(3, 2);
+    const auto atEnd = open(log, nullptr)->Layout();
+    log.replace(firstChunk, ChunkSize, ChunkWith(5, 1));
+    EXPECT_EQ(AllIds(*open(log, atEnd)), "3 4 5 ");
+}
+
+TEST(LogFileTest, ChunksAreFoundByTheRecordIdentifiersInThem) {
+    // Damaged logs hold chunks twice, and such with any identifiers.
+    LogLayout layout;
+    const std::pair<std::uint64_t, std::uint64_t> places[] = {{1, 5},   {6, 9},   {6, 40},
+                                                              {10, 12}, {20, 25}, {50, UINT64_MAX}};
+    for (const auto& [first, last] : places) {
+        layout.Chunks.push_back({0, first, last, 1});
+        layout.LargestRecordIds.push_back(
+            std::max(last, layout.LargestRecordIds.empty() ? 0 : layout.LargestRecordIds.back()));
+    }
+    using Range = std::pair<std::size_t, std::size_t>;
+    EXPECT_EQ(layout.ChunksWithRecordIds(0, 0), Range(0, 0));
+    EXPECT_EQ(layout.ChunksWithRecordIds(5, 5), Range(0, 1));
+    EXPECT_EQ(layout.ChunksWithRecordIds(7, 7), Range(1, 3));
+    EXPECT_EQ(layout.ChunksWithRecordIds(11, 11), Range(2, 4));
+    EXPECT_EQ(layout.ChunksWithRecordIds(30, 30), Range(2, 5));
+    const auto [begin, end] = layout.ChunksWithRecordIds(45, 46);
+    EXPECT_EQ(begin, end);
+    EXPECT_EQ(layout.ChunksWithRecordIds(UINT64_MAX, UINT64_MAX), Range(5, 6));
+    EXPECT_EQ(layout.ChunksWithRecordIds(0, UINT64_MAX), Range(0, 6));
 }
 
 TEST(LogFileTest, ChecksumsOfChunksAreIgnoredWhenTheFileHasNone) {

@@ -6,8 +6,7 @@
 #include <zlib.h>
 
 #include "embedded/evtx/byte_reader.h"
-#include "embedded/evtx/chunk_header.h"
-#include "embedded/evtx/record_walk.h"
+#include "embedded/evtx/log_layout.h"
 #include "platform/error_codes.h"
 
 namespace corvina::evtx {
@@ -46,53 +45,10 @@ bool ReadHeader(std::span<const std::byte> bytes, FileHeader& header, std::uint6
 struct LogFile::State {
     explicit State(std::unique_ptr<RandomAccessFile> file) : File(std::move(file)) {}
 
-    void FindChunks(std::uint64_t firstChunk) {
-        std::vector<std::byte> buffer;
-        for (std::uint64_t offset = firstChunk; offset < File->Size(); offset += ChunkSize) {
-            ChunkPlace place;
-            if ((Header.Flags & NoChecksumsFlag) == 0 && ReadChunkHeader(*File, offset, place)) {
-                Add(place);
-                continue;
-            }
-            buffer.resize(ChunkSize);
-            const std::size_t size = File->ReadAt(offset, buffer);
-            WalkPlace(offset, std::span<const std::byte>(buffer).first(size));
-        }
-        std::stable_sort(Chunks.begin(), Chunks.end(), [](const ChunkPlace& left, const ChunkPlace& right) {
-            return left.FirstRecordId < right.FirstRecordId;
-        });
-    }
-
-    void Add(const ChunkPlace& place) {
-        Chunks.push_back(place);
-        Records += place.RecordCount;
-    }
-
-    void WalkPlace(std::uint64_t offset, std::span<const std::byte> bytes) {
-        WalkRecords(bytes, Walk);
-        if (!Walk.Records.empty()) {
-            const auto [first, last] = std::minmax_element(
-                Walk.Records.begin(), Walk.Records.end(),
-                [](const RecordPlace& left, const RecordPlace& right) { return left.RecordId < right.RecordId; });
-            const auto count = static_cast<std::uint32_t>(Walk.Records.size());
-            Add({offset, first->RecordId, last->RecordId, count});
-        } else if (!Walk.HasHeader && !HoldsOnlyZeros(bytes)) {
-            if (bytes.size() == ChunkSize) {
-                ++ForeignChunks;
-            } else {
-                ForeignBytes += bytes.size();
-            }
-        }
-    }
-
     std::unique_ptr<RandomAccessFile> File;
     FileHeader Header;
-    std::vector<ChunkPlace> Chunks;
-    std::uint64_t Records = 0;
-    std::uint64_t ForeignBytes = 0;
-    std::uint64_t ForeignChunks = 0;
+    std::shared_ptr<const LogLayout> Layout;
     bool ReadFailed = false;
-    RecordWalk Walk;  // working memory
     // For places that cannot be read, even for want of memory.
     std::shared_ptr<const Chunk> EmptyChunk = std::make_shared<const Chunk>(std::span<const std::byte>());
 };
@@ -101,12 +57,14 @@ LogFile::LogFile(std::unique_ptr<State> state) : state_(std::move(state)) {}
 
 LogFile::~LogFile() = default;
 
-std::shared_ptr<const LogFile> LogFile::Open(const std::filesystem::path& path, std::uint32_t& error) {
+std::shared_ptr<const LogFile> LogFile::Open(const std::filesystem::path& path, std::uint32_t& error,
+                                             std::shared_ptr<const LogLayout> known) {
     auto file = OpenRandomAccessFile(path, error);
-    return file == nullptr ? nullptr : Open(std::move(file), error);
+    return file == nullptr ? nullptr : Open(std::move(file), error, std::move(known));
 }
 
-std::shared_ptr<const LogFile> LogFile::Open(std::unique_ptr<RandomAccessFile> file, std::uint32_t& error) {
+std::shared_ptr<const LogFile> LogFile::Open(std::unique_ptr<RandomAccessFile> file, std::uint32_t& error,
+                                             std::shared_ptr<const LogLayout> known) {
     try {
         auto state = std::make_unique<State>(std::move(file));
         std::vector<std::byte> header(FileHeaderSize);
@@ -115,7 +73,9 @@ std::shared_ptr<const LogFile> LogFile::Open(std::unique_ptr<RandomAccessFile> f
             error = error::EventLogFileCorrupt;
             return nullptr;
         }
-        state->FindChunks(firstChunk);
+        const bool isKnown = known != nullptr && StillHasLayout(*state->File, *known);
+        state->Layout = isKnown ? std::move(known)
+                                : FindLayout(*state->File, firstChunk, (state->Header.Flags & NoChecksumsFlag) == 0);
         error = error::Success;
         return std::shared_ptr<const LogFile>(new LogFile(std::move(state)));
     } catch (const std::bad_alloc&) {
@@ -133,16 +93,20 @@ std::uint64_t LogFile::Size() const {
 }
 
 std::span<const ChunkPlace> LogFile::Chunks() const {
-    return state_->Chunks;
+    return state_->Layout->Chunks;
+}
+
+const std::shared_ptr<const LogLayout>& LogFile::Layout() const {
+    return state_->Layout;
 }
 
 std::shared_ptr<const Chunk> LogFile::ReadChunk(std::size_t index) const {
-    if (index >= state_->Chunks.size()) {
+    if (index >= Chunks().size()) {
         return state_->EmptyChunk;
     }
     try {
         auto buffer = std::make_unique_for_overwrite<std::byte[]>(ChunkSize);
-        const std::uint64_t offset = state_->Chunks[index].FileOffset;
+        const std::uint64_t offset = Chunks()[index].FileOffset;
         const std::size_t size = state_->File->ReadAt(offset, {buffer.get(), ChunkSize});
         state_->ReadFailed |= size < std::min<std::uint64_t>(ChunkSize, state_->File->Size() - offset);
         return std::make_shared<const Chunk>(std::move(buffer), size, (state_->Header.Flags & NoChecksumsFlag) == 0);
@@ -157,19 +121,19 @@ bool LogFile::HasReadFailed() const {
 }
 
 std::uint64_t LogFile::RecordCount() const {
-    return state_->Records;
+    return state_->Layout->Records;
 }
 
 std::uint64_t LogFile::OldestRecordId() const {
-    return state_->Chunks.empty() ? 0 : state_->Chunks.front().FirstRecordId;
+    return Chunks().empty() ? 0 : Chunks().front().FirstRecordId;
 }
 
 std::uint64_t LogFile::ForeignBytes() const {
-    return state_->ForeignBytes;
+    return state_->Layout->ForeignBytes;
 }
 
 std::uint64_t LogFile::ForeignChunks() const {
-    return state_->ForeignChunks;
+    return state_->Layout->ForeignChunks;
 }
 
 }  // namespace corvina::evtx

@@ -22,6 +22,7 @@ class EventTree;
 inline constexpr std::size_t ChunkSize = 65536;
 inline constexpr std::size_t FileHeaderSize = 4096;
 
+struct LogLayout;
 struct RecordCopy;
 
 // The facts of a file's header, as they stand there: in a dirty file they are out of date.
@@ -122,10 +123,13 @@ class LogFile {
   public:
     // Opens a file. On failure returns none and an error code: 2, 3, 5 as the system gives them, 1500 when the file is
     // not an event log (empty, shorter than a header, another signature, a major version other than 3).
-    static std::shared_ptr<const LogFile> Open(const std::filesystem::path& path, std::uint32_t& error);
+    // `known` may be the layout that the same file had before and may have still.
+    static std::shared_ptr<const LogFile> Open(const std::filesystem::path& path, std::uint32_t& error,
+                                               std::shared_ptr<const LogLayout> known = nullptr);
 
     // The same over any source of bytes, for tests and fuzzing.
-    static std::shared_ptr<const LogFile> Open(std::unique_ptr<RandomAccessFile> file, std::uint32_t& error);
+    static std::shared_ptr<const LogFile> Open(std::unique_ptr<RandomAccessFile> file, std::uint32_t& error,
+                                               std::shared_ptr<const LogLayout> known = nullptr);
 
     ~LogFile();
 
@@ -136,6 +140,9 @@ class LogFile {
     // Found by walking the whole file in steps of 64 KiB: the counts in the header of a dirty file are stale. Chunks
     // with a sound header are believed about their records; the records of others are walked.
     std::span<const ChunkPlace> Chunks() const;
+
+    // What was found out about them; `known` if that still held when the file was opened.
+    const std::shared_ptr<const LogLayout>& Layout() const;
 
     // Reads one chunk of Chunks(). Never none: a chunk that can no longer be read has no records.
     std::shared_ptr<const Chunk> ReadChunk(std::size_t index) const;

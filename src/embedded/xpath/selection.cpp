@@ -22,6 +22,13 @@ bool Selection::FilterSet::MayMatch(std::uint64_t firstRecordId, std::uint64_t l
     return !open_.empty() || (place != pinned_.end() && place->first <= lastRecordId);
 }
 
+std::optional<std::pair<std::uint64_t, std::uint64_t>> Selection::FilterSet::RecordIds() const {
+    if (!open_.empty() || pinned_.empty()) {
+        return std::nullopt;
+    }
+    return std::pair(pinned_.begin()->first, pinned_.rbegin()->first);
+}
+
 template <typename Use>
 bool Selection::FilterSet::AnyOf(EventValues& event, Use use) const {
     if (std::any_of(open_.begin(), open_.end(), use)) {

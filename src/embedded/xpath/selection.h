@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "embedded/xpath/filter.h"
@@ -23,6 +25,9 @@ class Selection {
     // Known without looking at any event.
     bool MatchesNothing() const { return selected_.IsEmpty(); }
     bool MatchesEverything() const;
+
+    // The smallest and the largest record id that an event can have that matches; none when it can have any.
+    std::optional<std::pair<std::uint64_t, std::uint64_t>> RecordIds() const { return selected_.RecordIds(); }
 
     // Whether an event with a record id from `first` to `last` can match.
     bool MayMatchRecordIds(std::uint64_t first, std::uint64_t last) const { return selected_.MayMatch(first, last); }
@@ -40,6 +45,7 @@ class Selection {
         void Add(Member member);
         bool IsEmpty() const { return open_.empty() && pinned_.empty(); }
         bool MayMatch(std::uint64_t firstRecordId, std::uint64_t lastRecordId) const;
+        std::optional<std::pair<std::uint64_t, std::uint64_t>> RecordIds() const;
         const std::vector<Member>& Open() const { return open_; }
 
         // Calls `use` with each filter that can match the event until it says true; whether it did.
