@@ -74,7 +74,7 @@ VisibleColumns AllColumns() {
 
 BenchProgram::BenchProgram(const std::filesystem::path& store, const VisibleColumns& columns) {
     logs_ = std::make_unique<LogObjects>(std::make_unique<embedded::EmbeddedEventLog>(store, system_.Computer),
-                                         LogSurroundings{ports_, views_, language_, settings_, rows_, tree_});
+                                         LogSurroundings{ports_, views_, language_, settings_, rows_, tree_, L"XML"});
     rows_.Reset(columns);
     logs_->Loader.SetVisibleColumns(columns);
     logs_->Builder.BuildLocalTree(system_.Computer);

@@ -10,6 +10,8 @@ LogObjects::LogObjects(std::unique_ptr<EventLogApi> api, const LogSurroundings& 
       metadata_(*api_),
       messages_(*api_, surroundings.System.Categories, surroundings.System.Debug),
       descriptions_(*api_, messages_, surroundings.Language, surroundings.System.Debug),
+      filters_({surroundings.FilterFolder, surroundings.System.Locale, errors_, surroundings.System.Boxes,
+                surroundings.Language}),
       Session(*api_, errors_, surroundings.System.Debug, surroundings.Language, Channels),
       Registrar(Session, Channels, surroundings.System.Debug),
       Builder(Session, Channels, Registrar, surroundings.Tree, surroundings.Rows, surroundings.Shown.Load,
@@ -26,7 +28,7 @@ LogObjects::LogObjects(std::unique_ptr<EventLogApi> api, const LogSurroundings& 
       Selected(surroundings.Shown),
       EventWindow({Pane, surroundings.Rows, Selected, surroundings.Shown.EventWindow, surroundings.Settings,
                    surroundings.Language, surroundings.System.Copies}),
-      Selection({Session, Channels, surroundings.Tree, Loader, surroundings.Shown.Load, surroundings.Settings,
+      Selection({Session, Channels, surroundings.Tree, Loader, surroundings.Shown.Load, surroundings.Settings, filters_,
                  surroundings.System.System, surroundings.System.Boxes, surroundings.Language,
                  surroundings.System.Debug}) {}
 

@@ -7,6 +7,7 @@
 
 #include "app/application.h"
 #include "app/list_selection.h"
+#include "app/stored_filter_queries.h"
 #include "details/details_pane.h"
 #include "details/details_window.h"
 #include "details/event_details.h"
@@ -34,6 +35,7 @@ struct LogSurroundings {
     SettingsStore& Settings;
     RowStore& Rows;
     LogTree& Tree;
+    std::wstring FilterFolder;  // with the files of stored filters
 };
 
 // Members stand in the order in which they need one another.
@@ -48,6 +50,7 @@ class LogObjects {
     MessageResolver messages_;
     EventDescriber descriptions_;
     TextMatcher matcher_;
+    StoredFilterQueries filters_;
 
   public:
     ChannelLists Channels;

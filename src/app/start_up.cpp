@@ -94,9 +94,10 @@ void StartUp::CreateControls() {
 void StartUp::OpenEventLog() {
     const std::wstring computer = state_.System.System.ComputerName();
     const std::wstring store = state_.Settings->ReadSetting(L"EventStore", L"Folder", L"");
-    state_.Logs = std::make_unique<LogObjects>(
-        state_.System.Factory.OpenEventLog(store, state_.Folders.Base(), computer),
-        LogSurroundings{state_.System, state_.Shown, state_.Language, *state_.Settings, state_.Rows, state_.Tree});
+    state_.Logs =
+        std::make_unique<LogObjects>(state_.System.Factory.OpenEventLog(store, state_.Folders.Base(), computer),
+                                     LogSurroundings{state_.System, state_.Shown, state_.Language, *state_.Settings,
+                                                     state_.Rows, state_.Tree, state_.Folders.Xml()});
     state_.Rows.Reset(state_.Columns.Visible());
     state_.Logs->Loader.SetVisibleColumns(state_.Columns.Visible());
     state_.Logs->Builder.BuildLocalTree(computer);

@@ -86,6 +86,12 @@ std::uint32_t LogLoader::LoadQuery(const std::wstring& queryText, const std::wst
     return error::Success;
 }
 
+void LogLoader::LoadNothing(const std::wstring& viewName, NodeId node) {
+    if (!loading_) {
+        Load({LoadKind::Query, viewName, {}, node}, {}, [] {});
+    }
+}
+
 void LogLoader::Load(LoadedView view, const TextConditions& conditions, const std::function<void()>& fetch) {
     // A handler that runs inside the message pump may leave the computer or the program: the session of the load stays
     // open until the load has ended.

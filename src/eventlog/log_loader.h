@@ -65,6 +65,9 @@ class LogLoader {
     std::uint32_t LoadQuery(const std::wstring& queryText, const std::wstring& viewName, NodeId node,
                             const TextConditions& conditions = {});
 
+    // Replaces the rows with none, as a query does that cannot be opened.
+    void LoadNothing(const std::wstring& viewName, NodeId node);
+
     // Shows captions, counts and the first row of what was loaded last.
     void ShowResult();
 

@@ -138,11 +138,21 @@ void LogSelection::LoadChannelNode(NodeId node, const std::wstring& path, bool w
         std::replace(key.begin(), key.end(), L'/', L'#');
         const std::wstring filter = parts_.Settings.ReadSetting(parts_.Session.FilterSection(), key, {});
         if (!filter.empty()) {
-            LoadStructured(node, filter, path);
+            LoadStoredFilter(node, filter, path);
             return;
         }
     }
     parts_.Loader.LoadChannel(path, LoadKind::Channel, node);
+}
+
+// Without its filter the channel would show events under its name that the user wants hidden, so it shows none.
+void LogSelection::LoadStoredFilter(NodeId node, const std::wstring& filter, const std::wstring& path) {
+    if (const std::optional<std::wstring> query = parts_.Filters.QueryOf(filter, path)) {
+        LoadStructured(node, *query, path);
+    } else {
+        parts_.Loader.LoadNothing(path, node);
+        parts_.Loader.ShowResult();
+    }
 }
 
 void LogSelection::LoadSavedLog(NodeId node, const std::wstring& key) {

@@ -11,6 +11,7 @@
 #include "eventlog/event_log_session.h"
 #include "eventlog/log_loader.h"
 #include "eventlog/log_tree.h"
+#include "eventlog/stored_queries.h"
 #include "platform/prompts.h"
 #include "platform/settings_store.h"
 #include "platform/system_services.h"
@@ -26,6 +27,7 @@ class LogSelection {
         LogLoader& Loader;
         LoadView& View;
         const SettingsStore& Settings;
+        StoredQueries& Filters;
         const SystemServices& System;
         Prompts& Boxes;
         const i18n::Language& Language;
@@ -57,6 +59,7 @@ class LogSelection {
     bool LoadsEvents(const Request& request) const;
     void LoadNode(const LogTreeNode& node, std::uint32_t computerIndex, bool withStoredFilter);
     void LoadChannelNode(NodeId node, const std::wstring& path, bool withStoredFilter);
+    void LoadStoredFilter(NodeId node, const std::wstring& filter, const std::wstring& path);
     void LoadSavedLog(NodeId node, const std::wstring& key);
     void LoadStructured(NodeId node, const std::wstring& queryText, const std::wstring& viewName);
     std::vector<std::wstring> EnabledChannels(std::uint32_t computerIndex) const;

@@ -299,6 +299,23 @@ TEST_F(Loading, StoredFilterRunsInsteadOfTheChannelButNotOnReload) {
     EXPECT_EQ(logic.Rows.CellText(0, 1), L"");
 }
 
+TEST_F(Loading, AChannelWhoseStoredFilterCannotBeHadShowsNothing) {
+    AddApplication(3);
+    ASSERT_TRUE(Files.AddLog(L"localhost", L"System", NumberedEvents(2)));
+    Settings.Set(L"FilterTESTPC", L"System", L"gone.xml");
+    Filters.Broken = L"gone.xml";
+    LogMachinery& logic = Start();
+    logic.Select(L"Windows Logs/Application");
+    const std::size_t queries = Api->Queries.size();
+    ASSERT_TRUE(logic.Select(L"Windows Logs/System"));
+    EXPECT_EQ(Api->Queries.size(), queries);
+    EXPECT_EQ(logic.Rows.Size(), 0U);
+    EXPECT_EQ(View.ListCaption, L"System has 0 events");
+    EXPECT_EQ(NoEventsTexts.size(), 1U);
+    logic.Selection.Reload();
+    EXPECT_EQ(logic.Rows.Size(), 2U) << "the node is there, and the channel can still be shown without its filter";
+}
+
 TEST_F(Loading, ExtrasAskForSeveralChannelsAtOnce) {
     AddApplication(2);
     ASSERT_TRUE(Files.AddLog(L"localhost", L"A&B", NumberedEvents(1)));

@@ -26,6 +26,16 @@ inline VisibleColumns DefaultColumns() {
     return VisibleColumns(0b111111);
 }
 
+// Takes settings for queries, but for those that a test calls broken.
+class PlainStoredQueries final : public StoredQueries {
+  public:
+    std::optional<std::wstring> QueryOf(std::wstring_view settingValue, std::wstring_view) override {
+        return settingValue == Broken ? std::nullopt : std::optional<std::wstring>(settingValue);
+    }
+
+    std::wstring Broken;
+};
+
 // The ports and views of a test. They come before the event log, which the test may still have to fill.
 struct LogSurroundings {
     std::vector<std::wstring> Journal;
@@ -41,6 +51,7 @@ struct LogSurroundings {
     RecordingLoadView View;
     RecordingTreeView TreeView;
     i18n::Language Language{i18n::English};
+    PlainStoredQueries Filters;
     TextMatcher Matcher;
     std::vector<std::wstring> NoEventsTexts;
 };
@@ -62,8 +73,8 @@ class LogMachinery {
           Loader({Session, Errors, Metadata, Messages, Renderer, Rows, Tree, around.View, around.Settings,
                   around.Language, around.Pump, around.Debug,
                   [&around](std::wstring_view text) { around.NoEventsTexts.emplace_back(text); }}),
-          Selection({Session, Channels, Tree, Loader, around.View, around.Settings, around.System, around.Boxes,
-                     around.Language, around.Debug}) {
+          Selection({Session, Channels, Tree, Loader, around.View, around.Settings, around.Filters, around.System,
+                     around.Boxes, around.Language, around.Debug}) {
         Loader.SetVisibleColumns(DefaultColumns());
     }
 
