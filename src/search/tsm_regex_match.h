@@ -1,0 +1,31 @@
+// The entry to regular expressions: does a pattern occur anywhere in a text?
+//
+// A pattern is a list of alternatives with "|" between them, tried in order. An alternative is a row of
+//   c             the character itself; after a backslash any character but d D w W s S stands for itself ("\n" is an
+//   n) .             any character, line breaks too \d \w \s      a digit, a letter or digit or "_", a space; of ASCII
+//   only. \D \W \S: anything else [a-f_\d]      one of these characters; [^...] any other one. "-" is a member only as
+//   first, last or escaped one ^ $           the start of the text, as first of an alternative, and its end, as last.
+//   Anywhere else they never match
+// each of which may be followed by one of
+//   * +           any number, at least one; as many as possible
+//   ?             none or one; none if possible
+//   {m} {m,} {m,n}   so many; as few as possible. Numbers are taken modulo 65536
+// There are no groups. Without something before it such a sign matches nothing.
+#pragma once
+
+#include <cstdint>
+
+namespace corvina {
+
+inline constexpr std::uint32_t RegexOccurs = 0;
+// Also when an argument is null, or when the text is not UTF-8 at a place that the search has come to.
+inline constexpr std::uint32_t RegexDoesNotOccur = 1;
+// The pattern is not UTF-8, is no expression, has more than 29 parts, or its classes more than 39 bytes, each counted
+// with one byte more than stands between its brackets.
+inline constexpr std::uint32_t RegexMalformed = 2;
+
+// Returns one of the three. Both texts are UTF-8 and end with a zero byte. Allocates nothing and keeps nothing: any
+// number of calls may run at a time.
+std::uint32_t tsm_regex_match(const char* pattern, const char* text);
+
+}  // namespace corvina
