@@ -23,7 +23,7 @@
 #include "eventlog/message_resolver.h"
 #include "eventlog/publisher_metadata_cache.h"
 #include "eventlog/system_error_report.h"
-#include "eventlog/text_matcher.h"
+#include "search/text_matcher.h"
 
 namespace corvina {
 

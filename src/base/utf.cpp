@@ -201,6 +201,12 @@ void AppendUtf8FromUtf16(std::span<const std::byte> utf16, std::string& utf8) {
         utf16.size() / 2, [utf16](std::size_t index) { return UnitAt(utf16, index); }, utf8);
 }
 
+std::size_t UnitsOfCharacter(std::wstring_view text, std::size_t index) {
+    const bool isPair = IsHighSurrogate(static_cast<char32_t>(text[index])) && index + 1 < text.size() &&
+                        IsLowSurrogate(static_cast<char32_t>(text[index + 1]));
+    return isPair ? 2 : 1;
+}
+
 void AppendUtf16Bytes(std::wstring_view text, std::string& bytes) {
     const auto appendUnit = [&bytes](char32_t unit) {
         bytes += static_cast<char>(unit & 0xFF);

@@ -23,6 +23,9 @@ void AppendUtf8(std::wstring_view text, std::string& utf8);
 // Appends UTF-16 little-endian bytes as UTF-8. Half surrogates become U+FFFD.
 void AppendUtf8FromUtf16(std::span<const std::byte> utf16, std::string& utf8);
 
+// How many elements of the text the character at `index` takes: 2 for a surrogate pair, 1 for everything else.
+std::size_t UnitsOfCharacter(std::wstring_view text, std::size_t index);
+
 // Wide text to UTF-16 little-endian bytes.
 void AppendUtf16Bytes(std::wstring_view text, std::string& bytes);
 

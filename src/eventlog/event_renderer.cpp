@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/letter_case.h"
 #include "eventlog/event_xml.h"
 #include "eventlog/row_text_source.h"
 #include "eventlog/system_properties_reader.h"

@@ -11,12 +11,12 @@
 #include "eventlog/message_resolver.h"
 #include "eventlog/publisher_metadata_cache.h"
 #include "eventlog/row_store.h"
-#include "eventlog/text_matcher.h"
 #include "i18n/language.h"
 #include "platform/accounts.h"
 #include "platform/debug_log.h"
 #include "platform/event_log_api.h"
 #include "platform/locale_services.h"
+#include "search/text_matcher.h"
 
 namespace corvina {
 

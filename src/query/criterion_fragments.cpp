@@ -6,7 +6,7 @@
 
 #include "base/calendar.h"
 #include "base/format_text.h"
-#include "eventlog/text_matcher.h"
+#include "base/letter_case.h"
 #include "query/comma_list.h"
 
 namespace corvina {

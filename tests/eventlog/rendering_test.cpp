@@ -174,9 +174,18 @@ TEST_F(Rendering, SecurityLogShowsTheResultOfTheAudit) {
     EXPECT_EQ(logic_.Rows.Row(0).Level, 3);
     EXPECT_EQ(logic_.Rows.Row(1).Level, 4);
     EXPECT_EQ(logic_.Rows.Row(3).LevelImage, 2U);
-    Matcher.SetOptions({.MatchCase = true});  // as the last search left it
+    const std::vector<std::wstring> everyLevel = logic_.ColumnTexts(Column::Type);
+    // As the last search left it.
+    Matcher.SetOptions({.MatchCase = true});
     Load();
-    EXPECT_EQ(Cell(Column::Type, 0), L"");
+    EXPECT_EQ(logic_.ColumnTexts(Column::Type), (std::vector<std::wstring>{L"", L"", L"", L""}));
+    Matcher.SetOptions({.UseWildcard = true});
+    Load();
+    EXPECT_EQ(logic_.ColumnTexts(Column::Type),
+              (std::vector<std::wstring>{L"Audit Successful", L"Audit Failed", L"", L""}));
+    Matcher.SetOptions({.UseRegularExpression = true});
+    Load();
+    EXPECT_EQ(logic_.ColumnTexts(Column::Type), everyLevel);
 }
 
 TEST_F(Rendering, UsersAreLookedUpOnceAndShownWithoutADomain) {

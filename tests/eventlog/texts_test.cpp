@@ -1,9 +1,8 @@
-// The pool of texts and the rows over it, the text matcher, and the texts that are made of an event's XML.
+// The pool of texts and the rows over it, and the texts that are made of an event's XML.
 #include <gtest/gtest.h>
 
 #include "eventlog/event_xml.h"
 #include "eventlog/row_store.h"
-#include "eventlog/text_matcher.h"
 #include "eventlog/text_pool.h"
 
 namespace corvina {
@@ -85,20 +84,6 @@ TEST(RowStore, CellsFollowTheVisibleColumnsAndTheOrder) {
     EXPECT_EQ(store.Size(), 0U);
     EXPECT_EQ(store.CellText(0, 0), L"");
     EXPECT_LT(store.MemoryUsed(), 1024U);
-}
-
-TEST(TextMatcher, FindsTextsWithoutRegardToCaseInManyAlphabets) {
-    TextMatcher matcher;
-    EXPECT_TRUE(matcher.Matches(L"Microsoft-Windows-Security-Auditing", L"security"));
-    EXPECT_TRUE(matcher.Matches(L"\u00dcBERWACHUNG \u0160koda", L"\u00fcberwachung \u0161KODA"));
-    EXPECT_TRUE(matcher.Matches(L"\u0416\u0443\u0440\u043d\u0430\u043b", L"\u0436\u0423\u0420\u041d"));
-    EXPECT_TRUE(matcher.Matches(L"\u039f\u0394\u038c\u03a3", L"\u03bf\u03b4\u03cc\u03c2"));
-    EXPECT_FALSE(matcher.Matches(L"\u00d7", L"\u00f7")) << "signs, not letters";
-    EXPECT_FALSE(matcher.Matches(L"secure", L"security"));
-    EXPECT_TRUE(matcher.Matches(L"", L""));
-    matcher.SetOptions({.MatchCase = true});
-    EXPECT_FALSE(matcher.Matches(L"Security", L"security"));
-    EXPECT_TRUE(matcher.Matches(L"Security", L"curi"));
 }
 
 TEST(EventXml, IsIndentedForReading) {

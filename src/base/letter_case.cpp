@@ -1,4 +1,4 @@
-#include "eventlog/text_matcher.h"
+#include "base/letter_case.h"
 
 #include <algorithm>
 #include <type_traits>
@@ -72,13 +72,16 @@ std::wstring UpperCase(std::wstring_view text) {
     return upper;
 }
 
-bool ContainsIgnoringCase(std::wstring_view text, std::wstring_view part) {
-    return UpperCase(text).find(UpperCase(part)) != std::wstring::npos;
+bool EqualIgnoringCase(std::wstring_view left, std::wstring_view right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](wchar_t one, wchar_t other) { return UpperCase(one) == UpperCase(other); });
 }
 
-bool TextMatcher::Matches(std::wstring_view candidate, std::wstring_view search) const {
-    return options_.MatchCase ? candidate.find(search) != std::wstring_view::npos
-                              : ContainsIgnoringCase(candidate, search);
+bool ContainsIgnoringCase(std::wstring_view text, std::wstring_view part) {
+    const std::wstring upperPart = UpperCase(part);
+    return std::search(text.begin(), text.end(), upperPart.begin(), upperPart.end(),
+                       [](wchar_t character, wchar_t upper) { return UpperCase(character) == upper; }) != text.end() ||
+           part.empty();
 }
 
 }  // namespace corvina
