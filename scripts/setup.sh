@@ -5,7 +5,8 @@
 # Compilers and libraries for both systems; Wine and a display without a screen; what shows its windows' texts.
 build_packages=(cmake ninja-build g++ libpugixml-dev zlib1g-dev googletest dpkg-dev xz-utils
     g++-mingw-w64-x86-64-posix libz-mingw-w64-dev)
-window_packages=(wine wine64 xvfb imagemagick fonts-wine fonts-dejavu-core libxrender1 libxcursor1 libxi6 libxrandr2)
+window_packages=(wine wine64 xvfb imagemagick xdotool fonts-wine fonts-dejavu-core libxrender1 libxcursor1 libxi6
+    libxrandr2)
 test_packages=(clang libclang-rt-dev libbenchmark-dev libevtx-utils python3-evtx)
 
 AsRoot() {
