@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <limits>
+#include <vector>
 
 #include "base/calendar.h"
 #include "base/format_text.h"
@@ -59,9 +60,11 @@ void AppendAlternative(std::wstring_view text, std::wstring& fragment) {
     fragment += text;
 }
 
+// `table` holds names in upper case.
 std::uint64_t MaskOfKeyword(std::wstring_view name, std::span<const KeywordRecord> table) {
+    const std::wstring sought = UpperCase(name);
     for (const KeywordRecord& record : table) {
-        if (ContainsIgnoringCase(record.Name, name)) {
+        if (record.Name.find(sought) != std::wstring::npos) {
             return record.Mask;
         }
     }
@@ -97,9 +100,13 @@ std::wstring LevelFragment(const LevelMarks& levels) {
 }
 
 std::wstring KeywordFragment(std::wstring_view names, std::span<const KeywordRecord> table) {
+    std::vector<KeywordRecord> upper(table.begin(), table.end());
+    for (KeywordRecord& record : upper) {
+        record.Name = UpperCase(record.Name);
+    }
     std::uint64_t sum = 0;
     for (const std::wstring_view name : CommaListItems(names)) {
-        sum += MaskOfKeyword(name, table);
+        sum += MaskOfKeyword(name, upper);
     }
     return sum == 0 ? std::wstring() : FormatText(L"band(Keywords,%I64u)", {sum});
 }

@@ -1,5 +1,7 @@
 #include "query/query_list.h"
 
+#include <cstddef>
+
 #include "query/comma_list.h"
 
 namespace corvina {
@@ -15,6 +17,10 @@ constexpr std::wstring_view SuppressOpen = LR"(  <Suppress Path=")";
 constexpr std::wstring_view SuppressClose = L"]]</Suppress>";
 constexpr std::wstring_view QueryClose = L"  </Query>";
 constexpr std::wstring_view ListClose = L"</QueryList>";
+
+// Every channel repeats the conditions, so that a document can become far longer than what was typed. No event log
+// reads documents as long as this one.
+constexpr std::size_t LongestDocument = std::size_t{16} << 20;
 
 void Write(std::initializer_list<std::wstring_view> pieces, std::wstring& document) {
     for (const std::wstring_view piece : pieces) {
@@ -38,6 +44,9 @@ std::wstring QueryListText(std::wstring_view channels, std::wstring_view conditi
     std::wstring document;
     Write({ListOpen, channels.substr(0, channels.find(L',')), AttributeClose}, document);
     for (const std::wstring_view channel : CommaListItems(channels)) {
+        if (document.size() > LongestDocument) {
+            return document;
+        }
         if (condition.empty()) {
             Write({SelectOpen, channel, SelectAllClose}, document);
         } else {

@@ -252,6 +252,18 @@ TEST_F(QueryBuilderTest, UnknownUsersAndUnreachableComputersAreToldAndLeftOut) {
     EXPECT_EQ(Boxes.Informations[1].Text, L"nowhere- Computer not connected!");
 }
 
+// The conditions stand once in the file of a stored filter, but with each of its channels in the query.
+TEST_F(QueryBuilderTest, HugeFiltersDoNotMakeQueriesWithoutBounds) {
+    FilterCriteria criteria;
+    for (int count = 0; count < 100'000; ++count) {
+        criteria.Channels += L"A,";
+        criteria.EventIds += L"7,";
+    }
+    const std::wstring document = Builder.BuildQueryFromCriteria(criteria);
+    EXPECT_LT(document.size(), std::size_t{20} << 20);
+    EXPECT_FALSE(document.ends_with(L"</QueryList>"));
+}
+
 TEST_F(QueryBuilderTest, BoxesAreReadToACertainLength) {
     const auto filled = [](std::wstring_view start, std::size_t length) {
         return std::wstring(start) + std::wstring(length - start.size(), L'7');
