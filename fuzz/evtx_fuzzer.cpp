@@ -60,6 +60,17 @@ void ReadAll(const Chunk& chunk) {
     }
 }
 
+// What was kept of other chunks of the file must make no difference.
+void RequireSame(const Chunk& chunk, const Chunk& alone) {
+    const auto records = chunk.Records();
+    Require(records.size() == alone.Records().size());
+    for (const RecordPlace& record : records) {
+        std::string xml;
+        std::string xmlAlone;
+        Require(chunk.AppendXml(record, xml) && alone.AppendXml(record, xmlAlone) && xml == xmlAlone);
+    }
+}
+
 // A chunk with copies of the records of another one, as far as there is room, and the records that were copied.
 std::vector<std::byte> CopyOf(const Chunk& chunk, std::vector<RecordPlace>& copied) {
     ChunkBuilder builder;
@@ -112,6 +123,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const auto chunk = file->ReadChunk(index);
             ReadAll(*chunk);
             CopyAll(*chunk);
+            RequireSame(*chunk, Chunk(bytes.subspan(file->Chunks()[index].FileOffset)));
         }
     }
     return 0;

@@ -14,9 +14,11 @@
 #include <vector>
 
 #include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/kept_templates.h"
 #include "embedded/evtx/log_file.h"
 #include "embedded/samples/sample_store.h"
 #include "evtx/memory_file.h"
+#include "evtx/test_chunk.h"
 
 namespace {
 
@@ -181,7 +183,8 @@ class Changer {
     std::string bytes_;
 };
 
-// Reads all there is; returns the number of records. Records have to have the two equal sizes that make them one.
+// Reads all there is; returns the number of records. Records have to have the two equal sizes that make them one, and
+// to be read as if their chunk stood alone, whatever was kept of the chunk before it.
 std::size_t ReadEverything(const std::string& bytes) {
     std::uint32_t error = 0;
     const auto file = LogFile::Open(std::make_unique<MemoryFile>(bytes), error);
@@ -190,17 +193,23 @@ std::size_t ReadEverything(const std::string& bytes) {
     }
     std::size_t records = 0;
     std::string xml;
+    std::string xmlAlone;
     SystemValues system;
     std::vector<DataValue> data;
     for (std::size_t index = 0; index < file->Chunks().size(); ++index) {
         const auto chunk = file->ReadChunk(index);
         const std::uint64_t start = file->Chunks()[index].FileOffset;
+        const Chunk alone(std::as_bytes(std::span(bytes)).subspan(start));
+        EXPECT_EQ(chunk->Records().size(), alone.Records().size());
         for (const RecordPlace& record : chunk->Records()) {
             ++records;
             const auto* const place = reinterpret_cast<const std::byte*>(bytes.data()) + start + record.Offset;
             EXPECT_EQ(LoadUInt32(place + 4), LoadUInt32(place + record.Size - 4));
             xml.clear();
             EXPECT_TRUE(chunk->AppendXml(record, xml));
+            xmlAlone.clear();
+            alone.AppendXml(record, xmlAlone);
+            EXPECT_EQ(xml, xmlAlone);
             EXPECT_TRUE(chunk->ReadSystem(record, system));
             EXPECT_TRUE(chunk->ReadData(record, data));
         }
@@ -225,6 +234,40 @@ TEST(ChangedLogs, AreReadSoonInLittleMemoryAndHonestly) {
     }
     // Most changes leave something to read; otherwise the rounds would have tried nothing.
     EXPECT_GT(readable, rounds / 2);
+}
+
+// Definitions that are all different and made to become as large as they can, and that come with one identifier or with
+// many.
+TEST(KeptTemplates, StayInLittleMemoryWhateverAFileDefines) {
+    constexpr std::uint32_t Definitions = 20'000;
+    const auto kept = std::make_shared<KeptTemplates>();
+    SystemValues system;
+    std::string xml;
+    mostMemoryInUse = memoryInUse.load();
+    const std::size_t before = memoryInUse;
+    for (std::uint32_t number = 0; number < Definitions; ++number) {
+        TestChunk bytes;
+        Tokens definition(bytes);
+        definition.Header().Open("Event").CloseStart().Open("System").CloseStart();
+        for (std::uint32_t element = 0; element < 10 + number % 100; ++element) {
+            definition.Open("EventID").Attribute("Qualifiers").Slot(0).CloseStart().Text(u"''''<<<<").End();
+        }
+        definition.Character(static_cast<std::uint16_t>(number)).End().End().EndFragment();
+        const std::uint32_t place = bytes.Define(definition);
+        bytes.Put(place + 4, LittleEndian(number % 3 == 0 ? 0 : number, 4));
+        bytes.AddRecord(1, Tokens(bytes).Header().Instance(place, {NullValue()}).EndFragment());
+        auto buffer = std::make_unique<std::byte[]>(ChunkSize);
+        std::ranges::copy(bytes.Finish(), buffer.get());
+        const Chunk chunk(std::move(buffer), ChunkSize, false, kept);
+        ASSERT_EQ(chunk.Places().size(), 1u);
+        for (const SystemField field : {SystemField::EventId, SystemField::Qualifiers}) {
+            SystemFieldSet certain;
+            EXPECT_TRUE(chunk.ReadSystem(chunk.Places()[0], SystemFieldSet::Of(field), system, certain));
+        }
+        xml.clear();
+        EXPECT_TRUE(chunk.AppendXml(chunk.Places()[0], xml));
+    }
+    EXPECT_LT(mostMemoryInUse - before, MostMemory / 2);
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ void AppendNodes(const EventTree& tree, std::uint32_t begin, std::uint32_t end, 
         const EventTree::Node& node = tree.Nodes()[index];
         TextBuffer<wchar_t> text;
         tree.AppendText(node, text);
-        AppendUtf8FromUtf16(tree.NameOf(node), shown);
+        AppendUtf8FromUtf16(node.Name, shown);
         if (node.Kind == NodeKind::Element) {
             shown += '(';
             AppendNodes(tree, index + 1, node.End, shown);

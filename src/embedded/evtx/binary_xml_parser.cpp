@@ -10,10 +10,9 @@ namespace {
 
 constexpr std::uint16_t NoDependency = 0xFFFF;
 constexpr std::uint8_t TextValueType = 0x01;
-constexpr std::size_t NameHeaderSize = 8;  // next name, hash, length
-constexpr std::size_t NameTerminatorSize = 2;
 constexpr std::uint32_t LongestName = 256;
 constexpr std::uint32_t MostAttributes = 256;  // of one element
+constexpr std::uint8_t LengthFieldSize = 4;    // of an element or its attributes
 
 bool ReadText(ByteReader& reader, Instruction& text) {
     std::uint16_t length = 0;
@@ -27,8 +26,9 @@ bool ReadText(ByteReader& reader, Instruction& text) {
 
 class ElementParser {
   public:
-    ElementParser(ByteReader& reader, bool hasDependencies, Program& program)
-        : reader_(reader), hasDependencies_(hasDependencies), program_(program), code_(program.Structure) {}
+    // `names` only for template definitions.
+    ElementParser(ByteReader& reader, Program& program, std::vector<NameReference>* names)
+        : reader_(reader), names_(names), program_(program), code_(program.Structure) {}
 
     bool Parse() {
         std::uint8_t byte = 0;
@@ -96,7 +96,7 @@ class ElementParser {
         OpenElement open;
         std::uint16_t dependency = NoDependency;
         std::uint32_t ignoredLength = 0;
-        if ((hasDependencies_ && !reader_.Read(dependency)) || !reader_.Read(ignoredLength)) {
+        if ((names_ != nullptr && !reader_.Read(dependency)) || !reader_.Read(ignoredLength)) {
             return false;
         }
         if (dependency != NoDependency) {
@@ -108,6 +108,7 @@ class ElementParser {
         if (!AddNamed(Operation::Element) || (hasAttributes && !reader_.Read(ignoredLength))) {
             return false;
         }
+        AddLengthsToReference(hasAttributes);
         hasRoot_ = true;
         inStartTag_ = true;
         attributes_ = 0;
@@ -234,13 +235,29 @@ class ElementParser {
 
     bool AddNamed(Operation operation) {
         NamePlace name;
+        const std::size_t begin = reader_.Position();
         if (!ReadName(reader_, name)) {
             return false;
+        }
+        if (names_ != nullptr) {
+            const auto end = static_cast<std::uint32_t>(reader_.Position());
+            names_->push_back({static_cast<std::uint32_t>(begin), end, 0, 0, NextIndex()});
         }
         Instruction& added = Add(operation);
         added.Place = name.Place;
         added.Length = name.Length;
         return true;
+    }
+
+    // The reference to the name of an element has its length in front of it, and that of its attributes behind it.
+    void AddLengthsToReference(bool hasAttributes) {
+        if (names_ != nullptr) {
+            NameReference& reference = names_->back();
+            reference.Begin -= LengthFieldSize;
+            reference.SizeBefore = LengthFieldSize;
+            reference.SizeBehind = hasAttributes ? LengthFieldSize : 0;
+            reference.End += reference.SizeBehind;
+        }
     }
 
     bool AddText(Operation operation) { return ReadText(reader_, Add(operation)); }
@@ -255,7 +272,7 @@ class ElementParser {
     std::uint32_t NextIndex() const { return static_cast<std::uint32_t>(code_.size()); }
 
     ByteReader& reader_;
-    bool hasDependencies_;
+    std::vector<NameReference>* names_;
     Program& program_;
     InstructionList& code_;
     std::array<OpenElement, MaximumDepth> open_;
@@ -302,11 +319,25 @@ bool SkipFragmentHeaders(ByteReader& reader) {
     return true;
 }
 
-bool ParseElements(ByteReader& reader, bool hasDependencies, Program& program) {
+namespace {
+
+bool Parse(ByteReader& reader, Program& program, std::vector<NameReference>* names) {
+    program.Texts = reader.Bytes().data();
     program.Structure.clear();
     program.Structure.reserve(reader.Remaining() / 8);
     program.Depth = 0;
-    return ElementParser(reader, hasDependencies, program).Parse();
+    return ElementParser(reader, program, names).Parse();
+}
+
+}  // namespace
+
+bool ParseElements(ByteReader& reader, Program& program) {
+    return Parse(reader, program, nullptr);
+}
+
+bool ParseDefinition(ByteReader& reader, Program& program, std::vector<NameReference>& names) {
+    names.clear();
+    return Parse(reader, program, &names);
 }
 
 }  // namespace corvina::evtx

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "embedded/evtx/byte_reader.h"
 #include "embedded/evtx/program.h"
@@ -35,6 +36,21 @@ struct NamePlace {
     std::uint32_t Length = 0;
 };
 
+// What is stored around the text of a name: in front of it the next name, hash and length, behind it a zero.
+inline constexpr std::size_t NameHeaderSize = 8;
+inline constexpr std::size_t NameTerminatorSize = 2;
+
+// The bytes of a reference to a name in a template definition, from Begin up to End of the chunk: with the name itself
+// where it is stored right there, and with the lengths of an element and its attributes around it. These are the bytes
+// that differ between chunks with the same definition.
+struct NameReference {
+    std::uint32_t Begin = 0;
+    std::uint32_t End = 0;
+    std::uint8_t SizeBefore = 0;  // of the lengths, in bytes
+    std::uint8_t SizeBehind = 0;
+    std::uint32_t Index = 0;  // of the instruction that has the name
+};
+
 // Reads a reference to a name, with the name itself when it is stored right behind. False when it leaves the chunk, is
 // too long or not a name in XML.
 bool ReadName(ByteReader& reader, NamePlace& name);
@@ -42,9 +58,11 @@ bool ReadName(ByteReader& reader, NamePlace& name);
 // Passes the fragment headers at the front. False when one of them is cut off or of an unknown version.
 bool SkipFragmentHeaders(ByteReader& reader);
 
-// Parses one element, with what may stand around it, up to the end of the fragment. `hasDependencies` says whether
-// elements carry a dependency identifier: they do in template definitions, and do not in records and values without a
-// template. `program.Structure` and `program.Depth` are filled.
-bool ParseElements(ByteReader& reader, bool hasDependencies, Program& program);
+// Parses one element, with what may stand around it, up to the end of the fragment. Fills the structure of `program`
+// and its depth; its texts are in the reader's bytes.
+bool ParseElements(ByteReader& reader, Program& program);
+
+// The same for the content of a template definition, in which elements carry a dependency identifier.
+bool ParseDefinition(ByteReader& reader, Program& program, std::vector<NameReference>& names);
 
 }  // namespace corvina::evtx

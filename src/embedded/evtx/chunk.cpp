@@ -71,8 +71,8 @@ class XmlHandler {
 }  // namespace
 
 struct Chunk::State {
-    explicit State(std::unique_ptr<std::byte[]> buffer)
-        : Buffer(std::move(buffer)), Bytes(Buffer.get(), ChunkSize), Templates(Bytes) {}
+    State(std::unique_ptr<std::byte[]> buffer, std::shared_ptr<KeptTemplates> kept)
+        : Buffer(std::move(buffer)), Bytes(Buffer.get(), ChunkSize), Templates(Bytes, std::move(kept)) {}
 
     // The binary XML of a record: behind its header, before the copy of its size.
     ByteReader Content(const RecordPlace& record) const {
@@ -179,14 +179,15 @@ struct Chunk::State {
 };
 
 Chunk::Chunk(std::span<const std::byte> bytes, bool verifyChecksums)
-    : Chunk(CopyOf(bytes), std::min(bytes.size(), ChunkSize), verifyChecksums) {}
+    : Chunk(CopyOf(bytes), std::min(bytes.size(), ChunkSize), verifyChecksums, nullptr) {}
 
-Chunk::Chunk(std::unique_ptr<std::byte[]> buffer, std::size_t size, bool verifyChecksums) {
+Chunk::Chunk(std::unique_ptr<std::byte[]> buffer, std::size_t size, bool verifyChecksums,
+             std::shared_ptr<KeptTemplates> kept) {
     // Padding could complete a record that was cut off, so the bytes are walked as they are.
     RecordWalk walk;
     WalkRecords({buffer.get(), size}, walk);
     std::fill(buffer.get() + size, buffer.get() + ChunkSize, std::byte{0});
-    state_ = std::make_unique<State>(std::move(buffer));
+    state_ = std::make_unique<State>(std::move(buffer), std::move(kept));
     state_->Places = std::move(walk.Records);
     state_->Soundness.resize(state_->Places.size(), RecordState::Unknown);
     state_->SoundRecords.reserve(state_->Places.size());

@@ -42,17 +42,17 @@ class LeafHandler {
         }
     }
 
-    void Piece(const Instruction& piece) {
+    void Piece(const Program& program, const Instruction& piece) {
         switch (piece.Code) {
             case Operation::Element:
-                OpenElement(piece);
+                OpenElement(program.TextOf(piece));
                 break;
             case Operation::EndEmptyElement:
             case Operation::EndElement:
                 CloseElement();
                 break;
             case Operation::Attribute:
-                attribute_ = TextOf(piece);
+                attribute_ = program.TextOf(piece);
                 text_.Clear();
                 break;
             case Operation::EndAttribute:
@@ -60,15 +60,15 @@ class LeafHandler {
                 break;
             default:
                 if (wanted_) {
-                    AppendPieceText(chunk_, piece, text_);
+                    AppendPieceText(program.Texts, piece, text_);
                 }
                 break;
         }
     }
 
   private:
-    void OpenElement(const Instruction& element) {
-        names_[depth_] = TextOf(element);
+    void OpenElement(Bytes name) {
+        names_[depth_] = name;
         if (depth_ == 1) {
             wanted_ = consumer_.Wants(names_[1]);
         }
@@ -98,8 +98,6 @@ class LeafHandler {
         }
         text_.Clear();
     }
-
-    Bytes TextOf(const Instruction& piece) const { return chunk_.subspan(piece.Place, 2 * std::size_t{piece.Length}); }
 
     Bytes chunk_;
     Consumer& consumer_;

@@ -27,7 +27,7 @@ void EventTree::AppendText(const Node& node, TextBuffer<wchar_t>& text) const {
             instruction.Code = piece.Code;
             instruction.Place = piece.Content.Offset;
             instruction.Length = piece.Content.Size;
-            AppendPieceText(chunk_, instruction, text);
+            AppendPieceText(piece.Texts, instruction, text);
         }
     }
 }

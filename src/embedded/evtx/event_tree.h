@@ -1,6 +1,6 @@
 // A whole event as a tree of elements, attributes and texts with their typed values, light enough to be made for one
-// event after another while a filter looks for some of them. Nothing is copied out of the event's chunk: names and
-// values are places in it.
+// event after another while a filter looks for some of them. Nothing is copied: values are places in the event's chunk,
+// names are in it or in its templates.
 //
 // The nodes are in document order: an element is followed by its attributes, then by its elements and texts, each with
 // all that is in it. Namespaces do not count: names are without prefix, and declarations are left out.
@@ -31,8 +31,7 @@ class EventTree {
     struct Node {
         NodeKind Kind = NodeKind::Element;
         std::optional<SystemField> Field;  // whose value it is; then the value is in System()
-        std::uint32_t NamePlace = 0;       // in the chunk
-        std::uint32_t NameSize = 0;        // in bytes
+        std::span<const std::byte> Name;   // UTF-16; empty for texts
         std::uint32_t End = 0;             // index of the node after it and all that is in it
         // What its text is made of, with all that is in it: indices of pieces, those of attributes being a list of
         // their own.
@@ -42,9 +41,6 @@ class EventTree {
 
     std::span<const Node> Nodes() const { return nodes_; }
     std::span<const std::byte> Chunk() const { return chunk_; }
-
-    // UTF-16.
-    std::span<const std::byte> NameOf(const Node& node) const { return chunk_.subspan(node.NamePlace, node.NameSize); }
 
     // The only value that a node's text is made of; none when there are several pieces, a literal one or none at all.
     std::optional<Value> OnlyValueOf(const Node& node) const;
@@ -61,7 +57,8 @@ class EventTree {
     // A value, or a literal piece of the structure.
     struct Piece {
         Operation Code = Operation::Substitution;
-        Value Content;  // of a literal piece: Offset and Size are the instruction's Place and Length
+        Value Content;                     // of a literal piece: Offset and Size are the instruction's Place and Length
+        const std::byte* Texts = nullptr;  // of a literal piece: what its place counts from
     };
 
     std::span<const Piece> PiecesOf(const Node& node) const;

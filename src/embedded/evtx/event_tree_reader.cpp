@@ -48,21 +48,21 @@ class EventTreeBuilder {
 
     void Substitute(const Value& value, bool) {
         if (!value.IsNull() && value.Size > 0) {
-            AddPiece(Operation::Substitution, value);
+            AddPiece({Operation::Substitution, value, nullptr});
         }
     }
 
-    void Piece(const Instruction& piece) {
+    void Piece(const Program& program, const Instruction& piece) {
         switch (piece.Code) {
             case Operation::Element:
-                OpenElement(NameOf(piece));
+                OpenElement(program.TextOf(piece));
                 break;
             case Operation::EndEmptyElement:
             case Operation::EndElement:
                 CloseElement();
                 break;
             case Operation::Attribute:
-                OpenAttribute(NameOf(piece));
+                OpenAttribute(program.TextOf(piece));
                 break;
             case Operation::EndAttribute:
                 CloseAttribute();
@@ -71,7 +71,7 @@ class EventTreeBuilder {
             case Operation::CharacterData:
             case Operation::Character:
             case Operation::Entity:
-                AddPiece(piece.Code, {ValueType::Text, false, piece.Place, piece.Length});
+                AddPiece({piece.Code, {ValueType::Text, false, piece.Place, piece.Length}, program.Texts});
                 break;
             default:
                 break;
@@ -122,7 +122,7 @@ class EventTreeBuilder {
         element.End = static_cast<std::uint32_t>(tree_.nodes_.size());
         element.PieceEnd = static_cast<std::uint32_t>(tree_.contentPieces_.size());
         if (depth_ == 2 && inSystem_) {
-            SetField(element, SystemFieldOf(tree_.NameOf(element)));
+            SetField(element, SystemFieldOf(element.Name));
         }
     }
 
@@ -144,7 +144,7 @@ class EventTreeBuilder {
         attribute.PieceEnd = static_cast<std::uint32_t>(tree_.attributePieces_.size());
         if (depth_ == 3 && inSystem_) {
             const Node& element = tree_.nodes_[open_[depth_ - 1]];
-            SetField(attribute, SystemFieldOf(tree_.NameOf(element), tree_.NameOf(attribute)));
+            SetField(attribute, SystemFieldOf(element.Name, attribute.Name));
         }
     }
 
@@ -163,7 +163,7 @@ class EventTreeBuilder {
         SetSystemField(*field, text_.View(), tree_.system_);
     }
 
-    void AddPiece(Operation code, const Value& content) {
+    void AddPiece(const EventTree::Piece& piece) {
         if (IsLeftOut() || (inAttribute_ && !attributeKept_)) {
             return;
         }
@@ -176,7 +176,7 @@ class EventTreeBuilder {
             AddNode(NodeKind::Text, {});
             textOpen_ = true;
         }
-        pieces.push_back({code, content});
+        pieces.push_back(piece);
         if (!inAttribute_ && !full_) {
             tree_.nodes_.back().PieceEnd = static_cast<std::uint32_t>(pieces.size());
         }
@@ -191,16 +191,11 @@ class EventTreeBuilder {
         const auto& pieces = kind == NodeKind::Attribute ? tree_.attributePieces_ : tree_.contentPieces_;
         Node& node = tree_.nodes_.emplace_back();
         node.Kind = kind;
-        node.NamePlace = name.empty() ? 0 : static_cast<std::uint32_t>(name.data() - tree_.chunk_.data());
-        node.NameSize = static_cast<std::uint32_t>(name.size());
+        node.Name = name;
         node.End = index + 1;
         node.FirstPiece = static_cast<std::uint32_t>(pieces.size());
         node.PieceEnd = node.FirstPiece;
         return index;
-    }
-
-    Bytes NameOf(const Instruction& piece) const {
-        return tree_.chunk_.subspan(piece.Place, 2 * std::size_t{piece.Length});
     }
 
     EventTree& tree_;

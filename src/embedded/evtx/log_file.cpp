@@ -6,6 +6,7 @@
 #include <zlib.h>
 
 #include "embedded/evtx/byte_reader.h"
+#include "embedded/evtx/kept_templates.h"
 #include "embedded/evtx/log_layout.h"
 #include "platform/error_codes.h"
 
@@ -49,6 +50,7 @@ struct LogFile::State {
     FileHeader Header;
     std::shared_ptr<const LogLayout> Layout;
     bool ReadFailed = false;
+    std::shared_ptr<KeptTemplates> Templates = std::make_shared<KeptTemplates>();
     // For places that cannot be read, even for want of memory.
     std::shared_ptr<const Chunk> EmptyChunk = std::make_shared<const Chunk>(std::span<const std::byte>());
 };
@@ -109,7 +111,8 @@ std::shared_ptr<const Chunk> LogFile::ReadChunk(std::size_t index) const {
         const std::uint64_t offset = Chunks()[index].FileOffset;
         const std::size_t size = state_->File->ReadAt(offset, {buffer.get(), ChunkSize});
         state_->ReadFailed |= size < std::min<std::uint64_t>(ChunkSize, state_->File->Size() - offset);
-        return std::make_shared<const Chunk>(std::move(buffer), size, (state_->Header.Flags & NoChecksumsFlag) == 0);
+        return std::make_shared<const Chunk>(std::move(buffer), size, (state_->Header.Flags & NoChecksumsFlag) == 0,
+                                             state_->Templates);
     } catch (const std::bad_alloc&) {
         state_->ReadFailed = true;
         return state_->EmptyChunk;

@@ -18,6 +18,7 @@
 namespace corvina::evtx {
 
 class EventTree;
+class KeptTemplates;
 
 inline constexpr std::size_t ChunkSize = 65536;
 inline constexpr std::size_t FileHeaderSize = 4096;
@@ -55,13 +56,15 @@ struct ChunkDamage {
 };
 
 // One chunk with its records, owned bytes included; independent of the file it came from. Not thread-safe: templates
-// are decoded on first use and kept.
+// are decoded on first use and kept, also for the other chunks of the file.
 class Chunk {
   public:
     // `bytes` is what the file holds at the chunk's place; a short last chunk is padded with zeros.
     explicit Chunk(std::span<const std::byte> bytes, bool verifyChecksums = true);
-    // The same without a copy: the first `size` bytes of `buffer`, which has room for a whole chunk.
-    Chunk(std::unique_ptr<std::byte[]> buffer, std::size_t size, bool verifyChecksums);
+    // The same without a copy: the first `size` bytes of `buffer`, which has room for a whole chunk. `kept` are the
+    // templates that it shares with other chunks; it may be none.
+    Chunk(std::unique_ptr<std::byte[]> buffer, std::size_t size, bool verifyChecksums,
+          std::shared_ptr<KeptTemplates> kept);
     ~Chunk();
     Chunk(const Chunk&) = delete;
     Chunk& operator=(const Chunk&) = delete;

@@ -1,6 +1,7 @@
 #include "embedded/evtx/piece_text.h"
 
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "embedded/evtx/byte_reader.h"
@@ -26,8 +27,8 @@ std::optional<wchar_t> CharacterOfEntity(std::span<const std::byte> name) {
 
 }  // namespace
 
-void AppendPieceText(std::span<const std::byte> chunk, const Instruction& piece, TextBuffer<wchar_t>& text) {
-    const auto utf16 = [&] { return chunk.subspan(piece.Place, 2 * std::size_t{piece.Length}); };
+void AppendPieceText(const std::byte* texts, const Instruction& piece, TextBuffer<wchar_t>& text) {
+    const auto utf16 = [&] { return std::span(texts + piece.Place, 2 * std::size_t{piece.Length}); };
     switch (piece.Code) {
         case Operation::Text:
         case Operation::CharacterData:

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 
 #include "embedded/evtx/program.h"
 #include "embedded/evtx/text_buffer.h"
@@ -10,7 +9,7 @@
 namespace corvina::evtx {
 
 // Appends the text that a literal piece adds to the content of its element or attribute: texts, CDATA, character and
-// entity references. Other pieces add nothing.
-void AppendPieceText(std::span<const std::byte> chunk, const Instruction& piece, TextBuffer<wchar_t>& text);
+// entity references. Other pieces add nothing. `texts` is what the piece's place counts from.
+void AppendPieceText(const std::byte* texts, const Instruction& piece, TextBuffer<wchar_t>& text);
 
 }  // namespace corvina::evtx

@@ -1,5 +1,6 @@
-// The compiled form of a piece of binary XML: a flat list of instructions in document order. Names and texts stay where
-// they are in the chunk and are referred to by place; only the literal text of the rendering is made anew, once.
+// The compiled form of a piece of binary XML: a flat list of instructions in document order, which refer to names and
+// texts by place. Those of a piece that is run only once stay where they are in the chunk. The program of a template
+// has copies of its own, so that it can be run for other chunks with the same template as well.
 //
 // A program has two lists. The structure has every element, attribute and text, for readers who want values. The
 // rendering has the same conditions and substitutions, but everything between two of them is one literal run of
@@ -10,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -64,8 +66,8 @@ struct Instruction {
     bool InAttribute = false;  // of a substitution
     bool Ascii = false;        // of a literal
     std::uint16_t Slot = 0;
-    // In a structure: names and texts in the chunk, Length in UTF-16 units. In a rendering: the literal in front of
-    // what the instruction does, in the program's Literals, Length in bytes.
+    // In a structure: names and texts in the program's Texts, Length in UTF-16 units. In a rendering: the literal in
+    // front of what the instruction does, in the program's Literals, Length in bytes.
     std::uint32_t Place = 0;
     std::uint32_t Length = 0;
     std::uint32_t End = 0;  // index of the instruction after the whole element or attribute
@@ -101,13 +103,21 @@ struct SystemLayout {
 };
 
 struct Program {
-    enum class RenderingState : std::uint8_t { Unmade, Made, TooLong };
+    Program() = default;
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    // The name or text of an instruction of the structure that has one, UTF-16.
+    std::span<const std::byte> TextOf(const Instruction& instruction) const {
+        return {Texts + instruction.Place, 2 * std::size_t{instruction.Length}};
+    }
 
     InstructionList Structure;
+    const std::byte* Texts = nullptr;  // where places in the structure count from: the chunk, or OwnTexts
+    std::vector<std::byte> OwnTexts;
     std::uint32_t Depth = 0;             // the deepest element
     std::optional<SystemLayout> System;  // found when System values are first asked for
-    // Of a template: made when an event of it is first rendered.
-    RenderingState HasRendering = RenderingState::Unmade;
+    bool HasRendering = false;           // made when it is first rendered
     InstructionList Rendering;
     std::string Literals;  // UTF-8, padded for copying in blocks
 };

@@ -5,7 +5,7 @@
 //     static constexpr bool WantsStructure;   the structure of programs, or else their rendering
 //     void Literal(std::string_view utf8, bool ascii);                             renderings only
 //     void Substitute(const Value& value, bool inAttribute);
-//     void Piece(const Instruction& instruction);                                  structures only: all else
+//     void Piece(const Program& program, const Instruction& instruction);          structures only: all else
 #pragma once
 
 #include <algorithm>
@@ -70,21 +70,21 @@ class ProgramRunner {
         }
         if (byte != token::TemplateInstance) {
             Program program;
-            return ParseElements(reader, false, program) && budget_ >= 0 && MakeRenderingIfWanted(program) &&
+            return ParseElements(reader, program) && budget_ >= 0 && MakeRenderingIfWanted(program) &&
                    Run({program, values_.size(), 0, depth});
         }
         reader.Skip(1);
         const std::size_t firstValue = values_.size();
-        Program* const program = templates_.ReadInstance(reader);
-        const bool done = program != nullptr && ReadInstanceValues(reader, values_) &&
-                          (Handler::WantsStructure || templates_.MakeRenderingOf(*program)) &&
-                          Run({*program, firstValue, values_.size() - firstValue, depth});
+        ChunkTemplate* const found = templates_.ReadInstance(reader);
+        const bool done = found != nullptr && ReadInstanceValues(reader, values_) &&
+                          (Handler::WantsStructure || templates_.MakeRenderingOf(*found)) &&
+                          Run({*found->Code, firstValue, values_.size() - firstValue, depth});
         values_.resize(firstValue);
         return done;
     }
 
     bool MakeRenderingIfWanted(Program& program) const {
-        return Handler::WantsStructure || MakeRendering(templates_.Chunk(), static_cast<std::size_t>(budget_), program);
+        return Handler::WantsStructure || MakeRendering(static_cast<std::size_t>(budget_), program);
     }
 
     bool Run(const Frame& frame) {
@@ -117,7 +117,7 @@ class ProgramRunner {
                     index = instruction.End;
                 }
             } else {
-                done = AddPiece(instruction);
+                done = AddPiece(frame, instruction);
             }
             if (!done) {
                 return false;
@@ -142,13 +142,13 @@ class ProgramRunner {
         return true;
     }
 
-    bool AddPiece(const Instruction& instruction) {
+    bool AddPiece([[maybe_unused]] const Frame& frame, [[maybe_unused]] const Instruction& instruction) {
         if constexpr (Handler::WantsStructure) {
             // Never more than the literal that it is in the rendering, so that what can be rendered can be read.
             if (!Charge(std::max<std::int64_t>(instruction.Length, 1))) {
                 return false;
             }
-            handler_.Piece(instruction);
+            handler_.Piece(frame.Code, instruction);
         }
         return true;
     }
@@ -169,14 +169,14 @@ class ProgramRunner {
                 return !isRoot && Repeat(frame, instruction, begin, value);
             }
         }
-        return AddPiece(instruction);
+        return AddPiece(frame, instruction);
     }
 
     bool Repeat(const Frame& frame, const Instruction& element, std::size_t begin, Value array) {
         ArrayItems items(templates_.Chunk(), array);
         RepeatedItem repeated{element.Slot, {}};
         while (items.Next(repeated.Item)) {
-            if (!Charge(1) || !AddPiece(element) || !RunRange(frame, begin, element.End, &repeated)) {
+            if (!Charge(1) || !AddPiece(frame, element) || !RunRange(frame, begin, element.End, &repeated)) {
                 return false;
             }
         }

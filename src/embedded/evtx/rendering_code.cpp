@@ -12,8 +12,8 @@ namespace {
 
 class RenderingMaker {
   public:
-    RenderingMaker(std::span<const std::byte> chunk, std::size_t longestLiterals, Program& program)
-        : chunk_(chunk), longestLiterals_(longestLiterals), program_(program) {}
+    RenderingMaker(std::size_t longestLiterals, Program& program)
+        : longestLiterals_(longestLiterals), program_(program) {}
 
     bool Make() {
         program_.Rendering.clear();
@@ -30,6 +30,7 @@ class RenderingMaker {
         program_.Literals.reserve(literals_.Size() + LiteralPadding);
         program_.Literals.assign(literals_.View());
         program_.Literals.append(LiteralPadding, '\0');
+        program_.HasRendering = true;
         return true;
     }
 
@@ -124,7 +125,7 @@ class RenderingMaker {
     void PutDivided(const Instruction& instruction, std::string_view before, std::string_view forbidden,
                     std::string_view replacement, std::string_view after) {
         TextBuffer<char> text;
-        AppendUtf16Text(TextOf(instruction), Escaping::Forbidden, text);
+        AppendUtf16Text(program_.TextOf(instruction), Escaping::Forbidden, text);
         std::string_view rest = text.View();
         Put(before);
         for (auto place = rest.find(forbidden); place != std::string_view::npos; place = rest.find(forbidden)) {
@@ -149,7 +150,7 @@ class RenderingMaker {
     void PutEntity(const Instruction& instruction) {
         constexpr std::array<std::string_view, 5> Predefined = {"amp", "lt", "gt", "apos", "quot"};
         TextBuffer<char> name;
-        AppendUtf16Text(TextOf(instruction), Escaping::None, name);
+        AppendUtf16Text(program_.TextOf(instruction), Escaping::None, name);
         Put(std::find(Predefined.begin(), Predefined.end(), name.View()) != Predefined.end() ? "&" : "&amp;");
         PutUtf8(name.View());
         Put(";");
@@ -157,17 +158,13 @@ class RenderingMaker {
 
     Escaping TextEscaping() const { return inAttribute_ ? Escaping::Attribute : Escaping::Text; }
 
-    std::span<const std::byte> TextOf(const Instruction& instruction) const {
-        return chunk_.subspan(instruction.Place, 2 * std::size_t{instruction.Length});
-    }
-
     void Put(std::string_view ascii) { AppendAscii(ascii, literals_); }
     void PutUtf8(std::string_view utf8) {
         char* out = literals_.Room(utf8.size());
         literals_.SetEnd(std::copy(utf8.begin(), utf8.end(), out));
     }
     void PutTextOf(const Instruction& instruction, Escaping escaping) {
-        AppendUtf16Text(TextOf(instruction), escaping, literals_);
+        AppendUtf16Text(program_.TextOf(instruction), escaping, literals_);
     }
 
     void AddConditional(const Instruction& instruction) {
@@ -201,7 +198,6 @@ class RenderingMaker {
         }
     }
 
-    std::span<const std::byte> chunk_;
     std::size_t longestLiterals_;
     Program& program_;
     TextBuffer<char> literals_;
@@ -213,8 +209,8 @@ class RenderingMaker {
 
 }  // namespace
 
-bool MakeRendering(std::span<const std::byte> chunk, std::size_t longestLiterals, Program& program) {
-    return RenderingMaker(chunk, longestLiterals, program).Make();
+bool MakeRendering(std::size_t longestLiterals, Program& program) {
+    return RenderingMaker(longestLiterals, program).Make();
 }
 
 }  // namespace corvina::evtx

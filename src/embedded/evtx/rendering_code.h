@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 
 #include "embedded/evtx/program.h"
 
@@ -11,6 +10,6 @@ namespace corvina::evtx {
 
 // Fills `program.Rendering` and `program.Literals`. False when the literals would be longer than `longestLiterals`
 // bytes: names are shared in a chunk, so a few bytes of tokens can ask for very much text.
-bool MakeRendering(std::span<const std::byte> chunk, std::size_t longestLiterals, Program& program);
+bool MakeRendering(std::size_t longestLiterals, Program& program);
 
 }  // namespace corvina::evtx

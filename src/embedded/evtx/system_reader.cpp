@@ -25,7 +25,7 @@ bool HasPrefix(std::span<const std::byte> name) {
 // Finds the System values in the structure of a whole event.
 class LayoutFinder {
   public:
-    LayoutFinder(std::span<const std::byte> chunk, const InstructionList& list) : chunk_(chunk), list_(list) {}
+    explicit LayoutFinder(const Program& program) : program_(program), list_(program.Structure) {}
 
     SystemLayout Find() {
         layout_.IsPlain = true;
@@ -129,11 +129,9 @@ class LayoutFinder {
 
     void RequirePlain(bool condition) { layout_.IsPlain = layout_.IsPlain && condition; }
 
-    std::span<const std::byte> NameAt(std::uint32_t index) const {
-        return chunk_.subspan(list_[index].Place, 2 * std::size_t{list_[index].Length});
-    }
+    std::span<const std::byte> NameAt(std::uint32_t index) const { return program_.TextOf(list_[index]); }
 
-    std::span<const std::byte> chunk_;
+    const Program& program_;
     const InstructionList& list_;
     SystemLayout layout_;
 };
@@ -144,7 +142,8 @@ class PlaceReader {
         : chunk_(chunk), slots_(slots), values_(values) {}
 
     // False when the value that was set may be another one than the event's XML has.
-    bool Read(const InstructionList& list, const SystemPlace& place) {
+    bool Read(const Program& program, const SystemPlace& place) {
+        const InstructionList& list = program.Structure;
         for (std::size_t index = 0; index < place.DependencyCount; ++index) {
             if (SlotValue(place.Dependencies[index]).IsNull()) {
                 return true;
@@ -166,7 +165,7 @@ class PlaceReader {
                 certain = certain && !value.IsArray && !value.IsBinaryXml();
                 AppendValueText(chunk_, value, Escaping::None, text_);
             } else {
-                AppendPieceText(chunk_, list[index], text_);
+                AppendPieceText(program.Texts, list[index], text_);
             }
         }
         SetSystemField(place.Field, text_.View(), values_);
@@ -247,15 +246,16 @@ bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<V
     const bool isInstance = byte == token::TemplateInstance;
     if (isInstance) {
         reader.Skip(1);
-        program = templates.ReadInstance(reader);
-    } else if (!ParseElements(reader, false, direct)) {
+        ChunkTemplate* const found = templates.ReadInstance(reader);
+        program = found == nullptr ? nullptr : found->Code.get();
+    } else if (!ParseElements(reader, direct)) {
         return false;
     }
     if (program == nullptr) {
         return false;
     }
     if (!program->System) {
-        program->System = LayoutFinder(templates.Chunk(), program->Structure).Find();
+        program->System = LayoutFinder(*program).Find();
     }
     const SystemPlan& plan = PlanFor(wanted, program->Structure, *program->System);
     if (isInstance && !ReadInstanceValues(reader, working, plan.SlotCount)) {
@@ -266,7 +266,7 @@ bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<V
     }
     PlaceReader reading(templates.Chunk(), working, values);
     for (const SystemPlace& place : plan.Places) {
-        if (!reading.Read(program->Structure, place)) {
+        if (!reading.Read(*program, place)) {
             certain.Remove(place.Field);
         }
     }

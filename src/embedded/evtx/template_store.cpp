@@ -5,11 +5,13 @@
 
 #include "embedded/evtx/binary_xml_parser.h"
 #include "embedded/evtx/rendering_code.h"
+#include "embedded/evtx/xml_text.h"
 
 namespace corvina::evtx {
 namespace {
 
 constexpr std::size_t DefinitionHeaderSize = 24;  // next definition, GUID, length
+constexpr std::size_t IdentifierField = 4;
 constexpr std::size_t DefinitionLengthField = 20;
 constexpr std::size_t ValueDescriptorSize = 4;
 
@@ -38,15 +40,15 @@ bool ReadInstanceValues(ByteReader& reader, std::vector<Value>& values, std::siz
     return reader.Skip(offset - reader.Position());
 }
 
-Program* TemplateStore::ReadInstance(ByteReader& reader) {
+ChunkTemplate* TemplateStore::ReadInstance(ByteReader& reader) {
     std::uint8_t one = 0;
     std::uint32_t ignoredIdentifier = 0;
     std::uint32_t offset = 0;
     if (!reader.Read(one) || !reader.Read(ignoredIdentifier) || !reader.Read(offset)) {
         return nullptr;
     }
-    Program* program = Find(offset);
-    if (program == nullptr) {
+    ChunkTemplate* const found = Find(offset);
+    if (found == nullptr) {
         return nullptr;
     }
     if (offset == reader.Position()) {
@@ -55,22 +57,22 @@ Program* TemplateStore::ReadInstance(ByteReader& reader) {
             return nullptr;
         }
     }
-    return program;
+    return found;
 }
 
-Program* TemplateStore::Find(std::uint32_t offset) {
-    RecentProgram& recent = recent_[offset / 2 % recent_.size()];
+ChunkTemplate* TemplateStore::Find(std::uint32_t offset) {
+    RecentTemplate& recent = recent_[offset / 2 % recent_.size()];
     if (recent.Offset != offset) {
-        const auto [entry, isNew] = programs_.try_emplace(offset);
+        const auto [entry, isNew] = templates_.try_emplace(offset);
         if (isNew) {
-            entry->second = Compile(offset);
+            entry->second.Code = Compile(offset);
         }
-        recent = {offset, entry->second.get()};
+        recent = {offset, entry->second.Code == nullptr ? nullptr : &entry->second};
     }
     return recent.Found;
 }
 
-std::unique_ptr<Program> TemplateStore::Compile(std::uint32_t offset) {
+std::shared_ptr<Program> TemplateStore::Compile(std::uint32_t offset) {
     if (offset > chunk_.size() || chunk_.size() - offset < DefinitionHeaderSize) {
         return nullptr;
     }
@@ -80,20 +82,38 @@ std::unique_ptr<Program> TemplateStore::Compile(std::uint32_t offset) {
         return nullptr;
     }
     allowance_ -= length;
-    auto program = std::make_unique<Program>();
-    ByteReader reader(chunk_, begin, begin + length);
-    return SkipFragmentHeaders(reader) && ParseElements(reader, true, *program) ? std::move(program) : nullptr;
+    GuidBytes identifier;
+    std::copy_n(chunk_.begin() + offset + IdentifierField, identifier.size(), identifier.begin());
+    const ByteReader content(chunk_, begin, begin + length);
+    std::shared_ptr<Program> program = kept_ == nullptr ? nullptr : kept_->Find(identifier, content);
+    if (program != nullptr) {
+        return program;
+    }
+    program = std::make_shared<Program>();
+    std::vector<NameReference> names;
+    ByteReader reader = content;
+    if (!SkipFragmentHeaders(reader) || !ParseDefinition(reader, *program, names)) {
+        return nullptr;
+    }
+    if (kept_ != nullptr) {
+        kept_->Keep(identifier, content, reader.Position(), names, program);
+    }
+    return program;
 }
 
-bool TemplateStore::MakeRenderingOf(Program& program) {
-    if (program.HasRendering == Program::RenderingState::Unmade) {
-        program.HasRendering = Program::RenderingState::TooLong;
-        if (MakeRendering(chunk_, allowance_, program)) {
-            allowance_ -= program.Literals.size();
-            program.HasRendering = Program::RenderingState::Made;
+bool TemplateStore::MakeRenderingOf(ChunkTemplate& found) {
+    using State = ChunkTemplate::RenderingState;
+    if (found.Rendering == State::Unmade) {
+        found.Rendering = State::TooLong;
+        Program& program = *found.Code;
+        // Another chunk may have had more left.
+        const bool isMade = program.HasRendering || MakeRendering(allowance_, program);
+        if (isMade && program.Literals.size() <= allowance_ + LiteralPadding) {
+            allowance_ -= std::min(allowance_, program.Literals.size());
+            found.Rendering = State::Made;
         }
     }
-    return program.HasRendering == Program::RenderingState::Made;
+    return found.Rendering == State::Made;
 }
 
 }  // namespace corvina::evtx

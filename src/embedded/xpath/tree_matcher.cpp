@@ -105,7 +105,7 @@ class TreeMatcher {
 
     bool HasName(const Node& node, const std::string& name) const {
         const auto bytes = std::as_bytes(std::span(name));
-        return std::ranges::equal(tree_.NameOf(node), bytes);
+        return std::ranges::equal(node.Name, bytes);
     }
 
     // Each predicate counts the nodes that passed those in front of it.
