@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "platform/settings_store.h"
@@ -25,6 +26,12 @@ class Language {
     // beyond the table and an index out of range give the English text; a slot beyond the English table gives the empty
     // text.
     std::wstring_view Text(int slot) const;
+
+    // Whether it is written from right to left, so that its windows are laid out that way, too.
+    bool ReadsRightToLeft() const;
+
+    // The font faces that its script asks for, the best one first; none where the usual face has all its letters.
+    std::span<const std::wstring_view> FontFaces() const;
 
   private:
     int index_;

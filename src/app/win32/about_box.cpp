@@ -1,6 +1,7 @@
 #include "app/win32/about_box.h"
 
 #include "resource_ids.h"
+#include "ui/win32/layout_direction.h"
 
 namespace corvina {
 namespace {
@@ -27,6 +28,7 @@ void AboutBox::Show(HWND owner, HINSTANCE instance, Theme& scheme) {
 
 void AboutBox::CreateControls() {
     icon_ = AddControl(L"STATIC", L"", SS_ICON | SS_REALSIZECONTROL, NoIdentifier);
+    ui::SetMirrored(icon_, false);  // pictures are not turned over
     const int size = Pixels(IconSize);
     const auto icon = reinterpret_cast<LPARAM>(
         LoadImageW(Instance(), MAKEINTRESOURCEW(CORVINA_ICON_PROGRAM), IMAGE_ICON, size, size, LR_SHARED));

@@ -1,5 +1,7 @@
 #include "app/win32/client_tool_tip.h"
 
+#include "ui/win32/layout_direction.h"
+
 namespace corvina {
 
 ClientToolTip::~ClientToolTip() {
@@ -22,8 +24,8 @@ TTTOOLINFOW ClientToolTip::Tool() const {
 
 void ClientToolTip::Create(HWND parent, HINSTANCE instance) {
     parent_ = parent;
-    handle_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0,
-                              0, parent, nullptr, instance, nullptr);
+    handle_ = CreateWindowExW(WS_EX_TOPMOST | ui::LayoutLike(parent), TOOLTIPS_CLASSW, nullptr,
+                              WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0, parent, nullptr, instance, nullptr);
     TTTOOLINFOW tool = Tool();
     SendMessageW(handle_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/command_ids.h"
+#include "ui/win32/layout_direction.h"
 #include "ui/win32/popup_menu.h"
 
 namespace corvina {
@@ -46,8 +47,8 @@ std::optional<std::vector<bool>> ColumnChooser::Choose(HWND owner, HINSTANCE ins
 
 void ColumnChooser::CreateControls() {
     list_ = AddList(LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS, ListIdentifier);
-    constexpr DWORD Styles = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER;
-    SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, Styles, Styles);
+    const DWORD styles = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | ui::ListBuffering(list_);
+    SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, styles, styles);
     FillList();
 
     AddButton(ButtonKind::Push, language_.Text(SelectAllSlot), CORVINA_ID_SELECT_ALL);

@@ -1,13 +1,19 @@
 // What the event list answers while it draws, is searched by typing and shows tips.
 #include <algorithm>
 #include <array>
+#include <string>
 
 #include "app/win32/cell_text.h"
 #include "app/win32/event_list_control.h"
+#include "base/text_direction.h"
 #include "ui/win32/fonts.h"
+#include "ui/win32/layout_direction.h"
 
 namespace corvina {
 namespace {
+
+// The beginning of a cell's text that is given marks of its direction; nothing behind it is drawn.
+constexpr std::size_t LongestMarkedText = 250;
 
 // The longest tip that still looks like one.
 constexpr std::size_t LongestTip = 1'000;
@@ -37,7 +43,13 @@ void EventListControl::FillItem(LVITEMW& item) const {
         return;
     }
     const std::wstring_view text = owner_.CellText(row, static_cast<std::size_t>(item.iSubItem));
-    if (FitsCell(text)) {
+    if (ui::IsMirrored(handle_) && NeedsDirectionMarks(text)) {
+        if (item.pszText != nullptr && item.cchTextMax > 0) {
+            const std::wstring marked =
+                LeftToRightMark + std::wstring(text.substr(0, LongestMarkedText)) + LeftToRightMark;
+            CopyCellText(marked, item.pszText, static_cast<std::size_t>(item.cchTextMax));
+        }
+    } else if (FitsCell(text)) {
         // The text lives as long as its row, which is longer than the control looks at it. The control only reads it.
         static constexpr wchar_t Nothing[] = L"";
         item.pszText = const_cast<wchar_t*>(text.empty() ? Nothing : text.data());

@@ -6,6 +6,7 @@
 #include "resource_ids.h"
 #include "ui/win32/focus_keys.h"
 #include "ui/win32/image_lists.h"
+#include "ui/win32/layout_direction.h"
 #include "ui/win32/popup_menu.h"
 
 namespace corvina {
@@ -74,8 +75,8 @@ void EventListControl::ScaleColumns(ui::Scale from, ui::Scale to) {
 }
 
 void EventListControl::SetExtendedStyles() {
-    constexpr DWORD Always = LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP | LVS_EX_INFOTIP | LVS_EX_DOUBLEBUFFER;
-    Send(LVM_SETEXTENDEDLISTVIEWSTYLE, Always, Always);
+    constexpr DWORD Always = LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP | LVS_EX_INFOTIP;
+    Send(LVM_SETEXTENDEDLISTVIEWSTYLE, Always | LVS_EX_DOUBLEBUFFER, Always | ui::ListBuffering(handle_));
     SetGridLines(gridLines_);
 }
 

@@ -8,6 +8,7 @@
 #include "app/command_ids.h"
 #include "resource_ids.h"
 #include "ui/win32/control_colors.h"
+#include "ui/win32/layout_direction.h"
 #include "ui/win32/popup_menu.h"
 
 namespace corvina {
@@ -79,6 +80,8 @@ LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {
                 scale_.Pixels(static_cast<int>(SmallestWindow.cx)), scale_.Pixels(static_cast<int>(SmallestWindow.cy))};
             return 0;
+        case WM_GETFONT:  // the windows over this one are written like it
+            return reinterpret_cast<LRESULT>(font_.get());
         case WM_DPICHANGED:
             OnScaleChanged(ui::Scale(LOWORD(wParam)), *reinterpret_cast<const RECT*>(lParam));
             return 0;
@@ -167,22 +170,35 @@ void MainWindow::OnSettingChange(const wchar_t* changed) {
 void MainWindow::CreateControls() {
     const HWND parent = Handle();
     const HINSTANCE instance = arguments_.Instance;
+    UseScriptOfLanguage();
     hasControls_ = tree_.Create(parent, instance, TreeSelectionMessage);
     verticalBar_.Create(parent, instance);
     caption_ = CreateLabel(SS_LEFT);
     hasControls_ = list_.Create(parent, instance, RowSelectionMessage) && hasControls_;
     horizontalBar_.Create(parent, instance);
-    hasControls_ = details_.Create(parent, instance) && hasControls_;
+    hasControls_ = CreateDetails() && hasControls_;
     status_ = CreateLabel(SS_LEFT);
     version_ = CreateLabel(SS_RIGHT);
-    for (const HWND control : {tree_.Handle(), list_.Handle(), details_.Field(DetailsField::LeftProperties),
-                               details_.Field(DetailsField::RightProperties), details_.Field(DetailsField::Description),
-                               details_.Field(DetailsField::Xml)}) {
-        ui::PaintEdge(control, look_);
-    }
+    ui::PaintEdge(tree_.Handle(), look_);
+    ui::PaintEdge(list_.Handle(), look_);
     UseScale(scale_);
     UseColors();
     Layout();
+}
+
+bool MainWindow::CreateDetails() {
+    const bool created = details_.Create(Handle(), arguments_.Instance);
+    for (const DetailsField field :
+         {DetailsField::LeftProperties, DetailsField::RightProperties, DetailsField::Description, DetailsField::Xml}) {
+        ui::PaintEdge(details_.Field(field), look_);
+    }
+    return created;
+}
+
+void MainWindow::UseScriptOfLanguage() {
+    const i18n::Language& language = application_->CurrentLanguage();
+    look_.Face = ui::InterfaceFace(language.FontFaces());
+    ui::SetMirrored(Handle(), language.ReadsRightToLeft());
 }
 
 HWND MainWindow::CreateLabel(DWORD style) {
@@ -244,7 +260,7 @@ void MainWindow::OnScaleChanged(ui::Scale scale, const RECT& place) {
 void MainWindow::UseScale(ui::Scale scale) {
     scale_ = scale;
     look_.Resolution = scale;
-    ui::UniqueFont font = ui::CreateInterfaceFont(scale);
+    ui::UniqueFont font = ui::CreateInterfaceFont(scale, look_.Face);
     const auto parameter = reinterpret_cast<WPARAM>(font.get());
     for (const HWND control : {tree_.Handle(), list_.Handle(), caption_, status_, version_}) {
         SendMessageW(control, WM_SETFONT, parameter, TRUE);
@@ -290,7 +306,8 @@ void MainWindow::Layout() {
     }
     wchar_t version[128] = {};
     GetWindowTextW(version_, version, 128);
-    const int versionWidth = static_cast<int>(ui::TextExtent(version_, font_.get(), version).cx);
+    const int versionWidth = static_cast<int>(ui::TextExtent(version_, font_.get(), version).cx) +
+                             scale_.Pixels(2);  // shaped letters reach beyond their extent
     const MainLayout layout = ComputeMainLayout(ClientSize(), splitters_, versionWidth, scale_);
     const std::pair<HWND, RECT> places[] = {
         {tree_.Handle(), layout.Tree}, {verticalBar_.Handle(), layout.VerticalBar},     {caption_, layout.Caption},

@@ -110,6 +110,8 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     DetailsWindowSurroundings SurroundingsOfDetails();
 
     HWND CreateLabel(DWORD style);
+    bool CreateDetails();
+    void UseScriptOfLanguage();
     std::array<HWND, 3> Labels() const { return {caption_, status_, version_}; }
     void UseScale(ui::Scale scale);
     void UseColors();

@@ -5,6 +5,7 @@
 #include "app/win32/column_chooser.h"
 #include "app/win32/main_window.h"
 #include "app/win32/options_dialog.h"
+#include "ui/win32/layout_direction.h"
 
 namespace corvina {
 
@@ -17,6 +18,21 @@ void MainWindow::CreateToolTip() {
 }
 
 void MainWindow::SetTexts() {
+    const std::wstring previousFace = look_.Face;
+    const bool wasMirrored = ui::IsMirrored(Handle());
+    UseScriptOfLanguage();
+    const bool isMirrored = ui::IsMirrored(Handle());
+    if (isMirrored != wasMirrored) {
+        ui::SetMirrored(toolTip_.Handle(), isMirrored);
+        // Text fields cannot be turned round; new ones are.
+        CreateDetails();
+        list_.SetExtendedStyles();
+    }
+    if (isMirrored != wasMirrored || look_.Face != previousFace) {
+        UseScale(scale_);
+        UseColors();
+        Layout();
+    }
     menuBar_.Attach(Handle(), arguments_.Instance, application_->CurrentLanguage());
     ColorMenuBar();
 }

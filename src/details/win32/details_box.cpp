@@ -5,6 +5,8 @@
 
 #include "details/win32/field_text.h"
 #include "ui/win32/common_controls.h"
+#include "ui/win32/layout_direction.h"
+#include "ui/win32/reading_direction.h"
 
 namespace corvina {
 namespace {
@@ -42,6 +44,17 @@ void SetTextColor(HWND box, WPARAM range, const ui::PaletteBrushes& brushes) {
     SendMessageW(box, EM_SETCHARFORMAT, range, reinterpret_cast<LPARAM>(&format));
 }
 
+void SetParagraphDirection(HWND box, bool rightToLeft) {
+    PARAFORMAT2 format{};
+    format.cbSize = sizeof(format);
+    format.dwMask = PFM_RTLPARA | PFM_ALIGNMENT;
+    format.wEffects = rightToLeft ? PFE_RTLPARA : 0;
+    format.wAlignment = rightToLeft ? PFA_RIGHT : PFA_LEFT;
+    SendMessageW(box, EM_SETSEL, 0, -1);
+    SendMessageW(box, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&format));
+    SendMessageW(box, EM_SETSEL, 0, 0);
+}
+
 }  // namespace
 
 HWND CreateDetailsBox(HWND parent, HINSTANCE instance, int identifier, bool hasRichEdit) {
@@ -50,6 +63,10 @@ HWND CreateDetailsBox(HWND parent, HINSTANCE instance, int identifier, bool hasR
                         WS_CHILD | WS_VSCROLL | WS_TABSTOP | ES_MULTILINE | ES_READONLY, 0, 0, 0, 0, parent,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(identifier)), instance, nullptr);
     SetWindowSubclass(box, BoxProcedure, 1, 0);
+    if (hasRichEdit) {
+        ui::SetMirrored(box, false);  // its paragraphs have directions
+        ui::KeepScrollBarSide(box);
+    }
     // Each line break of what is shown counts twice.
     SendMessageW(box, EM_EXLIMITTEXT, 0, static_cast<LPARAM>(4 * LongestFieldText));
     return box;
@@ -63,6 +80,7 @@ void SetDetailsBoxText(HWND box, std::wstring_view text, const ui::PaletteBrushe
     }
     SetWindowTextW(box, shown.c_str());
     SetTextColor(box, SCF_ALL, brushes);
+    SetParagraphDirection(box, ui::ReadsFromTheRight(GetParent(box), text));
 }
 
 void PlaceDetailsBox(HWND box, const RECT& place, ui::Scale scale) {

@@ -5,6 +5,7 @@
 
 #include "details/win32/field_text.h"
 #include "ui/win32/focus_keys.h"
+#include "ui/win32/layout_direction.h"
 
 namespace corvina {
 namespace {
@@ -24,12 +25,16 @@ void PlaceChild(HWND child, LONG left, LONG top, LONG right, LONG bottom) {
 
 bool DetailsPaneControl::Create(HWND parent, HINSTANCE instance) {
     for (HWND& field : fields_) {
+        if (field != nullptr) {
+            DestroyWindow(field);
+        }
         field = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"",
                                 WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_TABSTOP | ES_MULTILINE | ES_READONLY, 0, 0, 0,
                                 0, parent, nullptr, instance, nullptr);
         if (field == nullptr) {
             return false;
         }
+        directions_[static_cast<std::size_t>(&field - fields_.data())] = ui::ReadingDirection(field);
         ui::KeepFocusKeys(field);
     }
     return true;
@@ -37,13 +42,19 @@ bool DetailsPaneControl::Create(HWND parent, HINSTANCE instance) {
 
 void DetailsPaneControl::ShowDetails(std::wstring_view leftProperties, std::wstring_view rightProperties,
                                      std::wstring_view description, std::wstring_view xml) {
-    SetText(DetailsField::LeftProperties, leftProperties);
-    SetText(DetailsField::RightProperties, rightProperties);
+    const bool isMirrored = ui::IsMirrored(GetParent(Field(DetailsField::Description)));
+    const auto values = [isMirrored](std::wstring_view lines) {
+        return isMirrored ? WithDirectionMarks(lines) : std::wstring(lines);
+    };
+    SetText(DetailsField::LeftProperties, values(leftProperties));
+    SetText(DetailsField::RightProperties, values(rightProperties));
     SetText(DetailsField::Description, description);
     SetText(DetailsField::Xml, xml);
 }
 
 void DetailsPaneControl::SetText(DetailsField field, std::wstring_view text) {
+    // Messages come in the languages of those who wrote them, and markup is read from the left.
+    directions_[static_cast<std::size_t>(field)].Set(ui::ReadsFromTheRight(GetParent(Field(field)), text));
     SetWindowTextW(Field(field), FieldText(text).c_str());
 }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "details/details_pane_view.h"
+#include "ui/win32/reading_direction.h"
 #include "ui/win32/scaling.h"
 
 namespace corvina {
@@ -17,7 +18,8 @@ enum class DetailsField { LeftProperties, RightProperties, Description, Xml };
 
 class DetailsPaneControl : public DetailsPaneView {
   public:
-    // The fields become children of `parent`, which answers their WM_CTLCOLORSTATIC messages.
+    // The fields become children of `parent`, which answers their WM_CTLCOLORSTATIC messages; fields that were made
+    // before make room for them.
     bool Create(HWND parent, HINSTANCE instance);
 
     void ShowDetails(std::wstring_view leftProperties, std::wstring_view rightProperties, std::wstring_view description,
@@ -36,6 +38,7 @@ class DetailsPaneControl : public DetailsPaneView {
     int PropertiesHeight(const RECT& area, ui::Scale scale) const;
 
     std::array<HWND, 4> fields_{};
+    std::array<ui::ReadingDirection, 4> directions_{};
 };
 
 }  // namespace corvina

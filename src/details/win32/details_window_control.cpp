@@ -6,8 +6,10 @@
 #include <utility>
 
 #include "details/win32/details_box.h"
+#include "details/win32/field_text.h"
 #include "ui/win32/common_controls.h"
 #include "ui/win32/control_colors.h"
+#include "ui/win32/layout_direction.h"
 #include "ui/win32/popup_menu.h"
 
 namespace corvina {
@@ -62,6 +64,7 @@ void DetailsWindowControl::Run(DetailsWindowEvents& events) {
         std::array<WORD, 3> Nothing{};
     } description;
     description.Header.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
+    description.Header.dwExtendedStyle = ui::LayoutLike(around_.Owner);
     DialogBoxIndirectParamW(around_.Instance, &description.Header, around_.Owner, &DetailsWindowControl::Procedure,
                             reinterpret_cast<LPARAM>(this));
     handle_ = nullptr;
@@ -179,8 +182,9 @@ void DetailsWindowControl::CreateBoxes() {
 }
 
 void DetailsWindowControl::CreateTips(const DetailsWindowTexts& texts) {
-    tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0,
-                            0, handle_, nullptr, around_.Instance, nullptr);
+    tips_ = CreateWindowExW(WS_EX_TOPMOST | ui::LayoutLike(handle_), TOOLTIPS_CLASSW, nullptr,
+                            WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0, handle_, nullptr, around_.Instance,
+                            nullptr);
     for (const auto& [button, text] :
          {std::pair(DetailsButton::Previous, texts.Previous), std::pair(DetailsButton::Next, texts.Next)}) {
         std::wstring tip(text);
@@ -267,8 +271,11 @@ void DetailsWindowControl::SetTitle(std::wstring_view title) {
 }
 
 void DetailsWindowControl::ShowProperties(std::wstring_view left, std::wstring_view right) {
-    SetDetailsBoxText(BoxWindow(Box::Left), left, *brushes_);
-    SetDetailsBoxText(BoxWindow(Box::Right), right, *brushes_);
+    const bool isMirrored = ui::IsMirrored(handle_);
+    for (const auto& [box, properties] : {std::pair(Box::Left, left), std::pair(Box::Right, right)}) {
+        SetDetailsBoxText(BoxWindow(box), isMirrored ? WithDirectionMarks(properties) : std::wstring(properties),
+                          *brushes_);
+    }
 }
 
 void DetailsWindowControl::ShowDescription(std::wstring_view description) {

@@ -2,6 +2,10 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
+#include "base/text_direction.h"
+
 namespace corvina {
 namespace {
 
@@ -52,6 +56,28 @@ std::wstring FieldText(std::wstring_view text) {
         result += L"\r\n...";
     }
     return result;
+}
+
+std::wstring WithDirectionMarks(std::wstring_view properties) {
+    constexpr std::wstring_view Separator = L": ";
+    std::wstring marked;
+    while (!properties.empty()) {
+        const std::size_t end = std::min(properties.find(L'\n'), properties.size());
+        const std::size_t separator = properties.substr(0, end).find(Separator);
+        const std::size_t start = separator == std::wstring_view::npos ? 0 : separator + Separator.size();
+        const std::wstring_view value = properties.substr(start, end - start);
+        marked += properties.substr(0, start);
+        if (NeedsDirectionMarks(value)) {
+            marked += LeftToRightMark;
+            marked += value;
+            marked += LeftToRightMark;
+        } else {
+            marked += value;
+        }
+        marked += properties.substr(end, 1);
+        properties.remove_prefix(std::min(end + 1, properties.size()));
+    }
+    return marked;
 }
 
 }  // namespace corvina

@@ -19,4 +19,8 @@ inline constexpr std::size_t LongestFieldLine = 1'000;
 // there is one near; longer texts are cut, with "..." on a line behind them.
 std::wstring FieldText(std::wstring_view text);
 
+// Lines of a name, ": " and a value, with invisible marks around the values that would be torn apart in a field that is
+// read from right to left.
+std::wstring WithDirectionMarks(std::wstring_view properties);
+
 }  // namespace corvina

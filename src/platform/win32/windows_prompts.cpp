@@ -47,6 +47,9 @@ std::optional<std::wstring> WindowsPrompts::ChooseFileToOpen(std::wstring_view f
 int WindowsPrompts::ShowBox(std::wstring_view text, std::wstring_view title, UINT style) const {
     // The window of one event may be open over the main window: it must not be used while the box is.
     const HWND owner = owner_ == nullptr ? nullptr : GetLastActivePopup(owner_);
+    // A box does not take the direction of its owner by itself.
+    const bool isMirrored = (GetWindowLongPtrW(owner, GWL_EXSTYLE) & WS_EX_LAYOUTRTL) != 0;
+    style |= isMirrored ? MB_RTLREADING | MB_RIGHT : 0U;
     return MessageBoxW(owner, std::wstring(text).c_str(), std::wstring(title).c_str(), style);
 }
 

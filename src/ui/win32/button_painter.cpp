@@ -54,8 +54,10 @@ RECT BoxIn(const RECT& area, Scale scale) {
 
 void DrawCheckMark(HDC device, const RECT& box, COLORREF color, Scale scale) {
     const Tools tools(device, color, std::max(scale.Pixels(2), 2), color);
-    const auto at = [&box](int x, int y) {
-        // Of a box divided into 15 parts.
+    const bool isMirrored = (GetLayout(device) & LAYOUT_RTL) != 0;
+    const auto at = [&box, isMirrored](int x, int y) {
+        // Of a box divided into 15 parts. The mark looks the same whichever way its window is laid out.
+        x = isMirrored ? 14 - x : x;
         return POINT{box.left + (box.right - box.left) * x / 15, box.top + (box.bottom - box.top) * y / 15};
     };
     const std::array points = {at(3, 7), at(6, 10), at(12, 4)};

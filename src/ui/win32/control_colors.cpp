@@ -63,7 +63,8 @@ void DrawEdge(HWND control, const ControlLook& look) {
     RECT client{};
     GetClientRect(control, &client);
     MapWindowPoints(control, nullptr, reinterpret_cast<POINT*>(&client), 2);
-    const int width = static_cast<int>(client.left - outer.left);
+    // Above, since a scroll bar may stand on either side.
+    const int width = static_cast<int>(client.top - outer.top);
     if (width <= 0) {
         return;
     }

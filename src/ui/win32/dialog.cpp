@@ -6,6 +6,7 @@
 
 #include "ui/win32/common_controls.h"
 #include "ui/win32/control_colors.h"
+#include "ui/win32/layout_direction.h"
 #include "ui/win32/popup_menu.h"
 
 namespace corvina::ui {
@@ -42,6 +43,7 @@ bool Dialog::RunModal(const DialogArguments& arguments) {
         description.Header.style =
             (description.Header.style & ~static_cast<DWORD>(DS_MODALFRAME)) | WS_THICKFRAME | WS_MAXIMIZEBOX;
     }
+    description.Header.dwExtendedStyle = LayoutLike(arguments.Owner);
     return DialogBoxIndirectParamW(arguments.Instance, &description.Header, arguments.Owner, &Dialog::Procedure,
                                    reinterpret_cast<LPARAM>(this)) == 1;
 }
@@ -161,6 +163,9 @@ INT_PTR Dialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest.cx, smallest.cy};
             }
             return TRUE;
+        case WM_GETFONT:
+            SetWindowLongPtrW(handle_, DWLP_MSGRESULT, reinterpret_cast<LONG_PTR>(font_.get()));
+            return TRUE;
         case WM_DPICHANGED:
             ChangeScale(Scale(LOWORD(wParam)), *reinterpret_cast<const RECT*>(lParam));
             return TRUE;
@@ -219,7 +224,8 @@ void Dialog::Initialize() {
     const ULONG_PTR icon = GetClassLongPtrW(arguments_.Owner, GCLP_HICONSM);
     SendMessageW(handle_, WM_SETICON, ICON_SMALL, static_cast<LPARAM>(icon));
     look_.Resolution = Scale::Of(handle_);
-    font_ = CreateInterfaceFont(look_.Resolution);
+    look_.Face = FaceOf(arguments_.Owner);
+    font_ = CreateInterfaceFont(look_.Resolution, look_.Face);
     ColorFrame(handle_, *arguments_.Scheme);
     CreateControls();
     ColorControls();
@@ -251,7 +257,7 @@ void Dialog::PlaceOverOwner() {
 
 void Dialog::ChangeScale(Scale scale, const RECT& place) {
     look_.Resolution = scale;
-    UniqueFont font = CreateInterfaceFont(scale);
+    UniqueFont font = CreateInterfaceFont(scale, look_.Face);
     for (HWND child = GetWindow(handle_, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
         SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
     }

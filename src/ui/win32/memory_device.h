@@ -13,7 +13,10 @@ class MemoryDevice {
           size_(size),
           device_(CreateCompatibleDC(target)),
           bitmap_(CreateCompatibleBitmap(target, static_cast<int>(size.cx), static_cast<int>(size.cy))),
-          previous_(SelectObject(device_, bitmap_)) {}
+          previous_(SelectObject(device_, bitmap_)) {
+        // What was drawn from the left would be turned over on its way to a mirrored window.
+        SetLayout(device_, GetLayout(target));
+    }
     ~MemoryDevice() {
         BitBlt(target_, 0, 0, static_cast<int>(size_.cx), static_cast<int>(size_.cy), device_, 0, 0, SRCCOPY);
         SelectObject(device_, previous_);

@@ -5,6 +5,7 @@
 #include "theme/button_colors.h"
 #include "ui/win32/button_painter.h"
 #include "ui/win32/fonts.h"
+#include "ui/win32/layout_direction.h"
 
 namespace corvina::ui {
 namespace {
@@ -69,17 +70,16 @@ void MenuPainter::FillBar(HWND window) const {
         !GetMenuBarInfo(window, OBJID_MENU, 0, &bar)) {
         return;
     }
-    RECT outer{};
-    GetWindowRect(window, &outer);
-    RECT last{};
-    const int count = GetMenuItemCount(menu);
-    if (count <= 0 || !GetMenuItemRect(window, menu, static_cast<UINT>(count - 1), &last)) {
-        return;
+    LONG entries = 0;
+    for (int position = 0; position < GetMenuItemCount(menu); ++position) {
+        RECT entry{};
+        GetMenuItemRect(window, menu, static_cast<UINT>(position), &entry);
+        entries += entry.right - entry.left;
     }
-    RECT rest{last.right, bar.rcBar.top, bar.rcBar.right, bar.rcBar.bottom};
-    RECT line{bar.rcBar.left, bar.rcBar.bottom, bar.rcBar.right, bar.rcBar.bottom + 1};
-    OffsetRect(&rest, -outer.left, -outer.top);
-    OffsetRect(&line, -outer.left, -outer.top);
+    const RECT area = InWindowDevice(window, bar.rcBar);
+    // Added up, since in mirrored bars not all systems tell the entries' true places.
+    const RECT rest{area.left + entries, area.top, area.right, area.bottom};
+    const RECT line{area.left, area.bottom, area.right, area.bottom + 1};
     const HDC device = GetWindowDC(window);
     FillArea(device, rest, look_.Brushes->Colors().Panel);
     FillArea(device, line, look_.Brushes->Colors().Panel);
@@ -92,7 +92,7 @@ bool MenuPainter::Measure(HWND window, MEASUREITEMSTRUCT& size) const {
         return false;
     }
     const Scale scale = look_.Resolution;
-    const UniqueFont font = CreateInterfaceFont(scale);
+    const UniqueFont font = CreateInterfaceFont(scale, look_.Face);
     const std::wstring text = TextOf(menu, size.itemID);
     const int margin = scale.Pixels(menu == GetMenu(window) ? BarMargin : EntryMargin);
     size.itemWidth = static_cast<UINT>(TextExtent(window, font.get(), text).cx + 2 * margin);
@@ -118,7 +118,7 @@ bool MenuPainter::Draw(HWND window, const DRAWITEMSTRUCT& drawing) const {
         FillArea(drawing.hDC, {area.left, middle, area.right, middle + 1}, colors.Frame);
         return true;
     }
-    const UniqueFont font = CreateInterfaceFont(scale);
+    const UniqueFont font = CreateInterfaceFont(scale, look_.Face);
     const HGDIOBJ previous = SelectObject(drawing.hDC, font.get());
     SetBkMode(drawing.hDC, TRANSPARENT);
     SetTextColor(drawing.hDC, isDisabled ? Between(ground, colors.Text, 120) : colors.Text);

@@ -1,5 +1,7 @@
 #include "ui/win32/popup_menu.h"
 
+#include "ui/win32/layout_direction.h"
+
 namespace corvina::ui {
 
 void SetPopupEntries(HMENU popup, std::span<const PopupEntry> entries) {
@@ -30,7 +32,9 @@ UniqueMenu LoadPopup(HINSTANCE instance, std::uint32_t identifier) {
 }
 
 void TrackPopup(HMENU popup, HWND owner, POINT place) {
-    TrackPopupMenuEx(popup, TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON, place.x, place.y, owner, nullptr);
+    const UINT direction = IsMirrored(owner) ? TPM_LAYOUTRTL : 0U;
+    TrackPopupMenuEx(popup, TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON | direction, place.x, place.y, owner,
+                     nullptr);
 }
 
 POINT KeyboardMenuPlace(HWND control) {
