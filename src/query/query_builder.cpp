@@ -14,8 +14,8 @@ constexpr std::wstring_view NotConnected = L"Computer not connected!";
 
 }  // namespace
 
-// The order of the criteria differs between dialogs and stored filters. Each order shows in the text of the query,
-// which the user sees and may go on editing, and in that of the messages.
+// The order of the criteria differs between dialogs and stored filters. It shows in the text of the query, which users
+// see, keep and go on editing.
 
 std::wstring QueryBuilder::BuildQueryForChannels(const FilterDialogValues& dialog, const CurrentFilter& current) {
     const EventIdFragments ids = ParseEventIdListFromDialog(dialog);

@@ -1,6 +1,9 @@
 // The text of the queries that filters become.
+#include <cstddef>
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "query/criterion_fragments.h"

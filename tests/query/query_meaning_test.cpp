@@ -2,10 +2,12 @@
 // runs them, and compared with a plain test of their criteria on each event.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/calendar.h"
