@@ -51,37 +51,36 @@ bool CheckVersion(pugi::xml_node root, StoredFilterFault& fault) {
 
 }  // namespace
 
-void SetFault(std::wstring_view text, std::string_view bytes, std::ptrdiff_t offset, StoredFilterFault& fault) {
+void SetFault(std::wstring_view text, const Document& document, std::ptrdiff_t offset, StoredFilterFault& fault) {
     fault = {};
     fault.Text = text;
-    if (offset >= 0) {
-        const std::string_view before = bytes.substr(0, static_cast<std::size_t>(offset));
+    if (offset >= 0 && static_cast<std::size_t>(offset) <= document.Source.size()) {
+        const std::string_view before = document.Source.substr(0, static_cast<std::size_t>(offset));
         fault.Line = 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
     }
 }
 
-bool Parse(std::string_view bytes, pugi::xml_document& document, StoredFilterFault& fault) {
+bool Parse(std::string_view bytes, Document& document, StoredFilterFault& fault) {
     fault = {};
     if (bytes.size() > MaximumStoredFilterSize || std::count(bytes.begin(), bytes.end(), '<') > MostTags) {
         fault.Text = L"the file is too large for a stored filter";
         return false;
     }
-    const pugi::xml_parse_result result = document.load_buffer(bytes.data(), bytes.size(), ParseOptions);
-    // In other encodings than the parser's own, places are those of the converted text, which is not at hand.
-    const bool isUtf8 = result.encoding == pugi::encoding_utf8;
+    const pugi::xml_parse_result result = document.Tree.load_buffer(bytes.data(), bytes.size(), ParseOptions);
+    document.Source = result.encoding == pugi::encoding_utf8 ? bytes : std::string_view();
     if (!result) {
-        SetFault(WideFromUtf8(result.description()), bytes, isUtf8 ? result.offset : -1, fault);
+        SetFault(WideFromUtf8(result.description()), document, result.offset, fault);
         return false;
     }
-    if (const std::size_t end = isUtf8 ? EndOfUtf8(bytes) : bytes.size(); end < bytes.size()) {
-        SetFault(L"the text is not UTF-8", bytes, static_cast<std::ptrdiff_t>(end), fault);
+    if (const std::size_t end = EndOfUtf8(document.Source); end < document.Source.size()) {
+        SetFault(L"the text is not UTF-8", document, static_cast<std::ptrdiff_t>(end), fault);
         return false;
     }
-    if (DepthMeter meter; !document.traverse(meter)) {
+    if (DepthMeter meter; !document.Tree.traverse(meter)) {
         fault.Text = L"the elements are nested too deep";
         return false;
     }
-    const pugi::xml_node root = document.document_element();
+    const pugi::xml_node root = document.Tree.document_element();
     if (std::string_view(root.name()) != RootElement) {
         fault.Text = L"the document is not a stored filter";
         return false;

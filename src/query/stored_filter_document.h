@@ -49,12 +49,20 @@ inline constexpr std::array<LevelName, 5> LevelNames = {{{L"Critical", &LevelMar
                                                          {L"Information", &LevelMarks::Information},
                                                          {L"Verbose", &LevelMarks::Verbose}}};
 
-// Parses a document and checks that it is a stored filter of a version that is known here, and no deeper than anybody
-// would write one: some of the parser's functions call themselves for every level. Comments are kept.
-bool Parse(std::string_view bytes, pugi::xml_document& document, StoredFilterFault& fault);
+struct Document {
+    pugi::xml_document Tree;
+    // What was parsed. Empty when it was in another encoding than the parser's own: the parser tells places in the
+    // converted text, which is not at hand.
+    std::string_view Source;
+};
+
+// Parses a document, of which it keeps a view, and checks that it is a stored filter of a version that is known here,
+// and no deeper than anybody would write one: some of the parser's functions call themselves for every level. Comments
+// are kept.
+bool Parse(std::string_view bytes, Document& document, StoredFilterFault& fault);
 
 // Fills in a fault at a place of the document, given as the parser counts it.
-void SetFault(std::wstring_view text, std::string_view bytes, std::ptrdiff_t offset, StoredFilterFault& fault);
+void SetFault(std::wstring_view text, const Document& document, std::ptrdiff_t offset, StoredFilterFault& fault);
 
 // Takes what the library writes.
 class TextWriter : public pugi::xml_writer {

@@ -74,9 +74,10 @@ std::wstring QueryText(pugi::xml_node element) {
 
 class Reader {
   public:
-    Reader(std::string_view bytes, StoredFilterFault& fault) : bytes_(bytes), fault_(fault) {}
+    Reader(const Document& document, StoredFilterFault& fault) : document_(document), fault_(fault) {}
 
-    bool Read(pugi::xml_node root, StoredFilter& filter) {
+    bool Read(StoredFilter& filter) {
+        const pugi::xml_node root = document_.Tree.document_element();
         filter.Name = FilterText(root.child(NameElement));
         const pugi::xml_node query = root.child(QueryElement);
         filter.Query = QueryText(query);
@@ -93,8 +94,8 @@ class Reader {
   private:
     bool Refuse(pugi::xml_node element, std::wstring_view item, std::wstring_view expected) {
         const std::ptrdiff_t offset = element.offset_debug();
-        SetFault(FormatText(L"%s: \"%.40s\" is not %s", {WideFromUtf8(element.name()), item, expected}), bytes_, offset,
-                 fault_);
+        SetFault(FormatText(L"%s: \"%.40s\" is not %s", {WideFromUtf8(element.name()), item, expected}), document_,
+                 offset, fault_);
         return false;
     }
 
@@ -155,18 +156,18 @@ class Reader {
         });
     }
 
-    std::string_view bytes_;
+    const Document& document_;
     StoredFilterFault& fault_;
 };
 
 }  // namespace
 
 std::optional<StoredFilter> ReadStoredFilter(std::string_view bytes, StoredFilterFault& fault) {
-    pugi::xml_document document;
+    Document document;
     std::optional<StoredFilter> filter;
     if (Parse(bytes, document, fault)) {
         filter.emplace();
-        if (!Reader(bytes, fault).Read(document.document_element(), *filter)) {
+        if (!Reader(document, fault).Read(*filter)) {
             filter.reset();
         }
     }

@@ -106,19 +106,19 @@ void SetQuery(pugi::xml_node root, std::wstring_view query, bool isEdited) {
 }  // namespace
 
 std::string WriteStoredFilter(const StoredFilter& filter, std::string_view previous) {
-    pugi::xml_document document;
+    Document document;
     StoredFilterFault ignored;
     if (!Parse(previous, document, ignored)) {
-        document.reset();
-        document.append_child(RootElement);
+        document.Tree.reset();
+        document.Tree.append_child(RootElement);
     }
-    const pugi::xml_node root = document.document_element();
+    const pugi::xml_node root = document.Tree.document_element();
     SetAttribute(root, VersionAttribute, std::to_wstring(StoredFilterVersion));
     SetText(root, NameElement, filter.Name);
     SetCriteria(Element(root, CriteriaElement), filter.Criteria);
     SetQuery(root, filter.Query, filter.IsQueryEdited);
     TextWriter writer;
-    document.save(writer, "  ", pugi::format_indent, pugi::encoding_utf8);
+    document.Tree.save(writer, "  ", pugi::format_indent, pugi::encoding_utf8);
     return writer.Text;
 }
 

@@ -195,6 +195,8 @@ TEST(StoredFilter, EveryEncodingThatADocumentNamesIsRead) {
     EXPECT_EQ(Parsed(WriteStoredFilter({L"\xE4", {}, {}, false}, utf16)).Name, L"\xE4");
     EXPECT_EQ(Fault("<StoredFilter>\n<Name>\xE4</Name></StoredFilter>"), "2: the text is not UTF-8");
     EXPECT_EQ(Fault("<StoredFilter/>\n\0x"s), "2: the text is not UTF-8");
+    EXPECT_EQ(Fault("<?xml version='1.0' encoding='ISO-8859-1'?>\n" + WithCriteria("<Levels>\xE4</Levels>")),
+              "0: Levels: \"\xC3\xA4\" is not a level");
 }
 
 TEST(StoredFilter, RewritingKeepsWhatOthersHaveAdded) {
