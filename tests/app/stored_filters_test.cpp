@@ -79,7 +79,7 @@ TEST_F(StoredFiltersTest, AMissingFileIsReported) {
 }
 
 TEST_F(StoredFiltersTest, ABrokenFileIsReportedWithItsPlaceAndKept) {
-    std::ofstream(xml_ / "broken.xml") << "<StoredFilter>\n<Query>";
+    std::ofstream(xml_ / "broken.xml", std::ios::binary) << "<StoredFilter>\n<Query>";
     ShowSystem(L"broken.xml");
     EXPECT_EQ(ShownFault(), L"broken.xml\r\nLine 2: Start-end tags mismatch");
     ExpectNothingShown();
