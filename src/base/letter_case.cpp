@@ -56,14 +56,19 @@ unsigned UpperCaseOfOther(unsigned character) {
     return character;
 }
 
+// Nearly all characters of events are ASCII, so the others are kept out of the way.
+inline wchar_t FastUpperCase(wchar_t character) {
+    const unsigned code = static_cast<std::make_unsigned_t<wchar_t>>(character);
+    if (code < 0x80) {
+        return code - L'a' < 26 ? static_cast<wchar_t>(code - 0x20) : character;
+    }
+    return static_cast<wchar_t>(UpperCaseOfOther(code));
+}
+
 }  // namespace
 
 wchar_t UpperCase(wchar_t character) {
-    const unsigned code = static_cast<std::make_unsigned_t<wchar_t>>(character);
-    if (code < 0x80) {
-        return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(code - 0x20) : character;
-    }
-    return static_cast<wchar_t>(UpperCaseOfOther(code));
+    return FastUpperCase(character);
 }
 
 std::wstring UpperCase(std::wstring_view text) {
@@ -78,10 +83,19 @@ bool EqualIgnoringCase(std::wstring_view left, std::wstring_view right) {
 }
 
 bool ContainsIgnoringCase(std::wstring_view text, std::wstring_view part) {
+    if (part.empty()) {
+        return true;
+    }
     const std::wstring upperPart = UpperCase(part);
-    return std::search(text.begin(), text.end(), upperPart.begin(), upperPart.end(),
-                       [](wchar_t character, wchar_t upper) { return UpperCase(character) == upper; }) != text.end() ||
-           part.empty();
+    const wchar_t first = upperPart.front();
+    for (std::size_t start = 0; start + part.size() <= text.size(); ++start) {
+        if (FastUpperCase(text[start]) == first &&
+            std::equal(upperPart.begin() + 1, upperPart.end(), text.begin() + static_cast<std::ptrdiff_t>(start) + 1,
+                       [](wchar_t upper, wchar_t character) { return upper == FastUpperCase(character); })) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace corvina

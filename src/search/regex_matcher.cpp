@@ -17,7 +17,9 @@ constexpr std::size_t RestAfter(std::size_t index) {
 }  // namespace
 
 RegexMatcher::RegexMatcher(const RegexPattern& pattern, std::string_view text)
-    : pattern_(pattern), text_(ValidPart(text)), isWhole_(text_.size() == text.size()) {}
+    : pattern_(pattern), text_(ValidPart(text)), isWhole_(text_.size() == text.size()) {
+    runs_.fill({std::string_view::npos, std::string_view::npos});
+}
 
 std::optional<RegexOccurrence> RegexMatcher::Search() {
     if (!IsReadable(0)) {
@@ -123,7 +125,7 @@ bool RegexMatcher::MatchAtLeastOnce(std::size_t index, std::size_t first) {
             return true;
         }
         // Steps over the whole stretch at which the rest is known to fail.
-        const std::size_t failed = failures_[rest].First;
+        const std::size_t failed = failures_[rest].Around(position).First;
         if (failed <= first) {
             return false;
         }
@@ -138,18 +140,16 @@ bool RegexMatcher::MatchCounted(std::size_t index, std::size_t position) {
     const std::size_t end = RunEnd(index, position);
     // There are at least as many bytes as characters.
     const bool reachesEnd = end - position <= quantifier.Maximum;
-    for (std::size_t count = 0; count <= quantifier.Maximum; ++count) {
-        if (count >= quantifier.Minimum) {
-            if (MatchRest(rest, position)) {
-                return true;
-            }
-            // Where counting is not needed, steps over the whole stretch at which the rest is known to fail.
-            position = reachesEnd ? failures_[rest].Last : position;
+    for (std::size_t count = 0; position <= end && count <= quantifier.Maximum; ++count) {
+        const bool isEnough = count >= quantifier.Minimum;
+        if (isEnough && MatchRest(rest, position)) {
+            return true;
         }
-        if (position >= end) {
+        if (position == end) {
             return false;
         }
-        position = After(position);
+        // Where counting is not needed, steps over the whole stretch at which the rest is known to fail.
+        position = isEnough && reachesEnd ? failures_[rest].Around(position).End : After(position);
     }
     return false;
 }
@@ -162,33 +162,22 @@ bool RegexMatcher::MatchRest(std::size_t index, std::size_t position) {
     if (IsReadable(position) && MatchRow(index, position)) {
         return true;
     }
-    NoteFailure(index, position);
+    failures_[index].Add({position, After(position)});
     return false;
-}
-
-void RegexMatcher::NoteFailure(std::size_t index, std::size_t position) {
-    Stretch& failed = failures_[index];
-    if (failed.First != Stretch::Nowhere && position < failed.First && After(position) == failed.First) {
-        failed.First = position;
-    } else if (failed.Last != Stretch::Nowhere && position > failed.Last && After(failed.Last) == position) {
-        failed.Last = position;
-    } else {
-        failed = {position, position};
-    }
 }
 
 // The position behind the characters from `position` on that the token matches.
 std::size_t RegexMatcher::RunEnd(std::size_t index, std::size_t position) {
-    Stretch& run = runs_[index];
-    if (run.Contains(position)) {
-        return run.Last;
+    TextStretch& run = runs_[index];
+    if (run.First <= position && position <= run.End) {
+        return run.End;
     }
     const std::size_t first = position;
     while (position != run.First && MatchesCharacterAt(index, position)) {
         position = After(position);
     }
-    run = {first, position == run.First ? run.Last : position};
-    return run.Last;
+    run = {first, position == run.First ? run.End : position};
+    return run.End;
 }
 
 bool RegexMatcher::IsAlternativeEnd(std::size_t index) const {
@@ -208,9 +197,9 @@ bool RegexMatcher::MatchesCharacterAt(std::size_t index, std::size_t position) c
            MatchesCharacter(pattern_, pattern_.Token(index), text_.substr(position, Utf8Length(text_[position])));
 }
 
-// The position behind the character at `position`, which must not be the end.
+// The position behind the character at `position`, or behind the end of the text.
 std::size_t RegexMatcher::After(std::size_t position) const {
-    return position + Utf8Length(text_[position]);
+    return position + (position < text_.size() ? Utf8Length(text_[position]) : 1);
 }
 
 // The position of the character before `position`, which must not be the start.

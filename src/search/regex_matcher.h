@@ -2,10 +2,10 @@
 //
 // Plain stepping back takes a time like the length of the text to the power of the number of stars. Two notes for each
 // token prevent that, and change no result: whether the rest of a pattern matches at a place depends on nothing but the
-// place, so it is not tried again where it has failed; and the end of a run of characters that one token matches is the
-// same from everywhere in the run. A note is one stretch of the text, so everything has a fixed size. For "a*a*a*a*a*b"
-// over nothing but a's the time grows like the length of the text. What remains is "{m,n}" over runs that are longer
-// than m or n: there it grows like the length times that number.
+// place, so it is not tried again where it is known to have failed; and the end of a run of characters that one token
+// matches is the same from everywhere in the run. The notes have a fixed size, so a few things may still be tried again;
+// but for "a*a*a*a*a*b" over nothing but a's, and for all patterns that were tried, the time grows like the length of the
+// text. Only for "{m,n}" over runs that are longer than m or n it grows like the length times that number.
 #pragma once
 
 #include <array>
@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "search/regex_pattern.h"
+#include "search/text_stretches.h"
 
 namespace corvina {
 
@@ -33,15 +34,6 @@ class RegexMatcher {
     std::optional<RegexOccurrence> Search();
 
   private:
-    // A stretch of the text with both its ends.
-    struct Stretch {
-        static constexpr std::size_t Nowhere = std::string_view::npos;
-        std::size_t First = Nowhere;
-        std::size_t Last = Nowhere;
-
-        bool Contains(std::size_t position) const { return First <= position && position <= Last; }
-    };
-
     bool IsAlternativeEnd(std::size_t index) const;
     bool IsRepeated(std::size_t index) const;
     bool MatchesCharacterAt(std::size_t index, std::size_t position) const;
@@ -56,7 +48,6 @@ class RegexMatcher {
     bool MatchAtLeastOnce(std::size_t index, std::size_t position);
     bool MatchCounted(std::size_t index, std::size_t position);
     bool MatchRest(std::size_t index, std::size_t position);
-    void NoteFailure(std::size_t index, std::size_t position);
     std::size_t RunEnd(std::size_t index, std::size_t position);
 
     const RegexPattern& pattern_;
@@ -65,8 +56,8 @@ class RegexMatcher {
     RegexOccurrence occurrence_;
     // By the index of a token: where the row from this token on is known not to match; and a run of characters that the
     // token matches, up to the first one that it does not.
-    std::array<Stretch, RegexPattern::TokenCapacity> failures_{};
-    std::array<Stretch, RegexPattern::TokenCapacity> runs_{};
+    std::array<TextStretches, RegexPattern::TokenCapacity> failures_{};
+    std::array<TextStretch, RegexPattern::TokenCapacity> runs_{};
 };
 
 }  // namespace corvina
