@@ -3,9 +3,10 @@
 // Plain stepping back takes a time like the length of the text to the power of the number of stars. Two notes for each
 // token prevent that, and change no result: whether the rest of a pattern matches at a place depends on nothing but the
 // place, so it is not tried again where it is known to have failed; and the end of a run of characters that one token
-// matches is the same from everywhere in the run. The notes have a fixed size, so a few things may still be tried again;
-// but for "a*a*a*a*a*b" over nothing but a's, and for all patterns that were tried, the time grows like the length of the
-// text. Only for "{m,n}" over runs that are longer than m or n it grows like the length times that number.
+// matches is the same from everywhere in the run. The notes have a fixed size, so a few things may still be tried
+// again; but for "a*a*a*a*a*b" over nothing but a's, and for all patterns that were tried, the time grows like the
+// length of the text. Only for "{m,n}" over runs that are longer than m or n it grows like the length times that
+// number.
 #pragma once
 
 #include <array>

@@ -22,10 +22,9 @@ class TextMatcher {
     void SetOptions(const TextMatchOptions& options) { options_ = options; }
 
     // Whether `candidate` passes:
-    // - with a regular expression, when `search` occurs in it, both taken as UTF-8 (half surrogates as U+FFFD) and up
-    // to
-    //   the first zero character; nothing passes a malformed expression. Without MatchCase the letters a to z of the
-    //   expression become upper case, too, its escapes among them: "\d" then stands for what is no digit;
+    // - with a regular expression, when `search` occurs in it; nothing passes a malformed one. Both are taken as UTF-8,
+    //   half surrogates as U+FFFD, up to the first zero character. Without MatchCase the letters a to z of both become
+    //   upper case, those of the expression's escapes as well: "\d" then stands for what is no digit;
     // - with a wildcard, when `search` describes all of it: "*" any run of characters, "?" any one character;
     // - as a whole string, when it equals `search`;
     // - otherwise when `search` occurs in it.

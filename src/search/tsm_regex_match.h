@@ -1,16 +1,16 @@
 // The entry to regular expressions: does a pattern occur anywhere in a text?
 //
-// A pattern is a list of alternatives with "|" between them, tried in order. An alternative is a row of
-//   c             the character itself; after a backslash any character but d D w W s S stands for itself ("\n" is an
-//   n) .             any character, line breaks too \d \w \s      a digit, a letter or digit or "_", a space; of ASCII
-//   only. \D \W \S: anything else [a-f_\d]      one of these characters; [^...] any other one. "-" is a member only as
-//   first, last or escaped one ^ $           the start of the text, as first of an alternative, and its end, as last.
-//   Anywhere else they never match
-// each of which may be followed by one of
-//   * +           any number, at least one; as many as possible
-//   ?             none or one; none if possible
-//   {m} {m,} {m,n}   so many; as few as possible. Numbers are taken modulo 65536
-// There are no groups. Without something before it such a sign matches nothing.
+// A pattern is a list of alternatives with "|" between them, tried in order. An alternative is a row of these parts:
+// - c: the character itself. After a backslash any character but d D w W s S stands for itself, so "\n" is an n.
+// - . stands for any character, line breaks too.
+// - \d \w \s: a digit, a letter or digit or "_", a space; of ASCII only. \D \W \S: anything else.
+// - [a-f_\d]: one of these characters; [^...]: any other one. "-" is a member only at either end or escaped.
+// - ^ $: the start of the text, as first part, and its end, as last part. Anywhere else they match nothing.
+// Each part may be followed by one of these:
+// - * and +: any number of times, and at least once; as often as possible.
+// - ?: once or not at all; not at all if possible.
+// - {m} {m,} {m,n}: so many times; as few as possible. Numbers are taken modulo 65536, and "{m,}" ends at 65535.
+// Without a part before it such a sign matches nothing. There are no groups.
 #pragma once
 
 #include <cstdint>
