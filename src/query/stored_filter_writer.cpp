@@ -9,8 +9,12 @@ namespace {
 
 using namespace stored_filter;
 
+// In one pass: looked for anew, each of many would be found behind all that stand before it.
 void RemoveAll(pugi::xml_node parent, const char* name) {
-    while (parent.remove_child(name)) {
+    for (pugi::xml_node element = parent.child(name); element;) {
+        const pugi::xml_node next = element.next_sibling(name);
+        parent.remove_child(element);
+        element = next;
     }
 }
 
@@ -20,13 +24,17 @@ pugi::xml_node Element(pugi::xml_node parent, const char* name) {
     return element ? element : parent.append_child(name);
 }
 
-// An empty text takes the attribute away.
+// An empty text takes the attribute away. Where a second of its name, which would count then, stands behind it, that
+// one is emptied; the others are never looked at.
 void SetAttribute(pugi::xml_node element, const char* name, std::wstring_view text) {
-    while (element.remove_attribute(name)) {
+    if (text.empty()) {
+        element.remove_attribute(name);
     }
-    if (!text.empty()) {
-        element.append_attribute(name).set_value(Utf8FromWide(text).c_str());
+    pugi::xml_attribute attribute = element.attribute(name);
+    if (!attribute && !text.empty()) {
+        attribute = element.append_attribute(name);
     }
+    attribute.set_value(Utf8FromWide(text).c_str());
 }
 
 // An empty text takes the element away.

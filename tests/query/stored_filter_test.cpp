@@ -258,6 +258,12 @@ TEST(StoredFilter, FilesThatWouldCostTooMuchAreRefused) {
     const std::string large =
         "<StoredFilter><Name>" + std::string(MaximumStoredFilterSize - 100, '&') + "</Name></StoredFilter>";
     EXPECT_EQ(Parsed(large).Name.size(), MaximumStoredFilterSize - 100);
+    // Taking out the many elements of one name takes one pass, not one for each.
+    const std::string many = "<StoredFilter>" + repeated("<a/>", 99'000) + repeated("<Name>x</Name>", 50'000) +
+                             "<Query" + repeated(" a=''", 150'000) + repeated(" Edited='1'", 150'000) +
+                             "/></StoredFilter>";
+    EXPECT_TRUE(Parsed(many).IsQueryEdited);
+    EXPECT_EQ(Parsed(WriteStoredFilter({}, many)), StoredFilter());
     // Entities are not expanded, so they cannot grow.
     EXPECT_EQ(
         Parsed("<!DOCTYPE x [<!ENTITY a 'aaaa'><!ENTITY b '&a;&a;&a;'>]><StoredFilter><Name>&b;</Name></StoredFilter>")
