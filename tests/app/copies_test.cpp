@@ -54,6 +54,41 @@ TEST_F(Copies, DetailsAreOneBlockAnEventWithTheSeparatorAlsoBehindTheLast) {
     EXPECT_EQ(begin, text.size());
 }
 
+TEST_F(Copies, DetailsAreTheseVeryTexts) {
+    TestEvent event;
+    event.Id = 4624;
+    event.Version = 2;
+    event.Task = 12544;
+    event.Provider = L"Contoso-Logon";
+    event.ProviderGuid = L"{1c2d3e4f-0001-0002-0304-05060708090a}";
+    event.User = L"S-1-5-18";
+    event.Data = {{L"Name", L"a<b>&\"c\" \x05D0"}, {L"", L"second\nline"}};
+    ASSERT_TRUE(store_.AddLog(L"localhost", L"Application", {event}, 77));
+    ASSERT_TRUE(store_.AddManifest(L"localhost", L"Contoso-Logon",
+                                   SimpleManifest("Contoso-Logon", {{4624, "Hello %1.%nSecond line"}})));
+    // The headings of description and XML are German in every language.
+    settings_.Set(L"Options", L"Language", L"1");
+    app_->Create();
+    Select(L"Windows Logs/Application");
+    EXPECT_EQ(Copy(CORVINA_ID_COPY_DETAILS, {0}),
+              L"Vendor name: Contoso-Logon\nVendor GUID: {1C2D3E4F-0001-0002-0304-05060708090A}\nEvent ID: 4624\n"
+              L"Version: 2\nLevel: 4\nTask: 12544\nOpcode: Info\nKeywords: 0x80000000000000\n"
+              L"Creation time: 03/05/2024 13:07:09.0)\nEvent Record ID: 77\nCorrelation activity ID: \n"
+              L"Correlation Related Activity ID: \nExecution process ID: 100\nExecution thread id: 200\n"
+              L"Channel: Application\nComputer: TESTPC\nSecurity User Id: S-1-5-18\n\n"
+              L"Beschreibung:\nHello a<b>&\"c\" \x05D0.\r\nSecond line\n"
+              L"Ereignis-XML:\n"
+              L"<Event xmlns='http://schemas.microsoft.com/win/2004/08/events/event'><System>"
+              L"<Provider Name='Contoso-Logon' Guid='{1c2d3e4f-0001-0002-0304-05060708090a}'/><EventID>4624</EventID>"
+              L"<Version>2</Version><Level>4</Level><Task>12544</Task><Opcode>0</Opcode>"
+              L"<Keywords>0x80000000000000</Keywords><TimeCreated SystemTime='2024-03-05T13:07:09.0000000Z'/>"
+              L"<EventRecordID>77</EventRecordID><Correlation/><Execution ProcessID='100' ThreadID='200'/>"
+              L"<Channel>Application</Channel><Computer>TESTPC</Computer><Security UserID='S-1-5-18'/></System>"
+              L"<EventData><Data Name='Name'>a&lt;b&gt;&amp;\"c\" \x05D0</Data><Data>second\nline</Data></EventData>"
+              L"</Event>\n" +
+                  Separator);
+}
+
 TEST_F(Copies, DetailsOfASavedLogComeFromItsFile) {
     const std::filesystem::path file = folder_.Path() / "saved.evtx";
     ASSERT_EQ(WriteLog(file, NumberedEvents(3)), 0U);

@@ -114,6 +114,30 @@ TEST_F(StartUpTest, TheLanguageComesFromTheSettingsElseFromTheSystem) {
     }
 }
 
+TEST_F(StartUpTest, SettingsOutOfRangeDoNoHarm) {
+    AddLog(L"Application", 3);
+    for (const wchar_t* number : {L"-2", L"24", L"99", L"2147483647", L"-2147483648", L"99999999999999999999", L"?"}) {
+        for (const wchar_t* key : {L"Language", L"CurrTheme", L"nVSplitPos", L"nHSplitPos", L"GridLines"}) {
+            settings_.Set(L"Options", key, number);
+        }
+        for (const wchar_t* key : {L"MainWindowLeft", L"MainWindowTop", L"MainWindowWidth", L"MainWindowHeigth",
+                                   L"MainWindowIsMaximized", L"Columns", L"ColumnsWidth"}) {
+            settings_.Set(L"Corvina", key, number);
+        }
+        app_ = std::make_unique<Application>(ports_, Views{window_, tree_, load_, details_, eventWindow_});
+        app_->Create();
+        Select(NodePathInLanguage(L"Windows Logs/Application", app_->CurrentLanguage()));
+        EXPECT_EQ(load_.RowCount, 3U);
+        EXPECT_FALSE(app_->CurrentLanguage().Text(128).empty()) << testing::PrintToString(number);
+        EXPECT_NE(window_.Title.find(L" - TESTPC"), std::wstring::npos) << testing::PrintToString(number);
+        EXPECT_FALSE(details_.Left.empty());
+        app_->Command(CORVINA_ID_OPTIONS);
+        EXPECT_LT(window_.OfferedOptions.Now.LanguageEntry, window_.OfferedOptions.Languages.size());
+        EXPECT_LT(static_cast<std::size_t>(window_.OfferedOptions.Now.DisplayMode),
+                  window_.OfferedOptions.DisplayModes.size());
+    }
+}
+
 TEST_F(StartUpTest, AMediumThatCannotBeWrittenKeepsTheChosenLanguage) {
     settings_.FileExists = false;
     settings_.IsReadOnly = true;

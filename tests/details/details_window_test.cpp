@@ -192,6 +192,25 @@ TEST_F(DetailsWindowTest, AnyTextsOfAnEventAreShown) {
     EXPECT_EQ(copies_.Texts.size(), 1U);
 }
 
+TEST_F(DetailsWindowTest, AnEventWithoutAMessageShowsItsData) {
+    std::vector<TestEvent> events = NumberedEvents(2);
+    for (TestEvent& event : events) {
+        event.Provider = L"Known";
+        event.Data = {{L"Path", L"C:\\x"}};
+    }
+    events[0].Data.clear();
+    ASSERT_TRUE(Files.AddManifest(L"localhost", L"Known", SimpleManifest("Known", {{77, "Another event"}})));
+    Load(std::move(events));
+    Open([this](DetailsWindowEvents& user) {
+        EXPECT_EQ(view_.Description.find(L"The label for the event ID ( 2 ) in the source ( Known )"), 0U);
+        EXPECT_TRUE(view_.Description.ends_with(L"\n\nPath: C:\\x\n")) << testing::PrintToString(view_.Description);
+        user.NextRequested();
+        EXPECT_EQ(view_.Description.find(L"The label for the event ID ( 1 )"), 0U);
+        EXPECT_EQ(view_.Description.find(L"Path"), std::wstring::npos);
+        EXPECT_NE(view_.Left.find(L"Vendor GUID: NULL\n"), std::wstring::npos);
+    });
+}
+
 TEST_F(DetailsWindowTest, RecordIdentifiersThatCannotBeAskedForFindNothing) {
     Load(NumberedEvents(2), 2147483647);
     Open([this](DetailsWindowEvents& user) {
@@ -214,10 +233,15 @@ TEST_F(DetailsWindowTest, ALogThatChangesMeanwhileLeavesNoStaleDescription) {
         EXPECT_EQ(view_.Left, left);
         EXPECT_TRUE(Boxes.Errors.empty());
 
-        Api->FailNextCall(Operation::Query, 15007);
+        // The channel goes as well.
+        SystemTexts.Texts[15007] = L"channel text";
+        std::filesystem::remove(Files.LogPath(L"localhost", L"Application"));
         user.PreviousRequested();
         ASSERT_EQ(Boxes.Errors.size(), 1U);
+        EXPECT_EQ(Boxes.Errors[0].Text, L"Channel was not found\r\nchannel text");
         EXPECT_EQ(Boxes.Errors[0].Title, L"Error");
+        EXPECT_EQ(view_.Left, left);
+        user.CopyRequested();
         user.CloseRequested();
     });
     EXPECT_TRUE(view_.HasEnded);
