@@ -5,22 +5,7 @@
 namespace corvina::test {
 namespace {
 
-class GuiCopies : public MainWindowTest {
-  protected:
-    static std::wstring ClipboardText() {
-        if (!OpenClipboard(nullptr)) {
-            return L"(cannot be opened)";
-        }
-        std::wstring text = L"(no text)";
-        const HANDLE block = GetClipboardData(CF_UNICODETEXT);
-        if (const auto* characters = static_cast<const wchar_t*>(block == nullptr ? nullptr : GlobalLock(block))) {
-            text = characters;
-            GlobalUnlock(block);
-        }
-        CloseClipboard();
-        return text;
-    }
-};
+class GuiCopies : public MainWindowTest {};
 
 TEST_F(GuiCopies, TableAndDetailsOfTheSelectedRows) {
     WriteLog(L"Application", 5);

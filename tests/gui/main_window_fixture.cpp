@@ -140,6 +140,20 @@ std::wstring MainWindowTest::TextOf(HWND window) {
     return text;
 }
 
+std::wstring MainWindowTest::ClipboardText() {
+    if (!OpenClipboard(nullptr)) {
+        return L"(cannot be opened)";
+    }
+    std::wstring text = L"(no text)";
+    const HANDLE block = GetClipboardData(CF_UNICODETEXT);
+    if (const auto* characters = static_cast<const wchar_t*>(block == nullptr ? nullptr : GlobalLock(block))) {
+        text = characters;
+        GlobalUnlock(block);
+    }
+    CloseClipboard();
+    return text;
+}
+
 RECT MainWindowTest::PlaceIn(HWND parent, HWND child) {
     RECT place{};
     GetWindowRect(child, &place);

@@ -105,6 +105,7 @@ class MainWindowTest : public testing::Test {
     const std::vector<std::wstring>& StartedPrograms() const { return system_.Started; }
     HWND Field(int index) const { return Child(L"Edit", index); }
     static std::wstring TextOf(HWND window);
+    static std::wstring ClipboardText();
     std::wstring Caption() const { return TextOf(Child(L"Static", 0)); }
     static RECT PlaceIn(HWND parent, HWND child);
 

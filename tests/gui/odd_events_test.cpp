@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "app/command_ids.h"
 #include "gui/main_window_fixture.h"
 #include "support/event_log_fixture.h"
 
@@ -89,6 +90,21 @@ TEST_F(OddEvents, AreShownWhateverTheirTextsHold) {
         EXPECT_NE(BoxText(1).find(L"Event Record ID: 1\r\n"), std::wstring::npos);
         EXPECT_GT(BoxText(2).size(), 100'000u);
         EXPECT_TRUE(BoxText(2).ends_with(L"m\r\n...")) << "it does not say that there is more";
+    });
+}
+
+TEST_F(OddEvents, AreCopiedAsXmlFromEitherTab) {
+    std::vector<TestEvent> events = NumberedEvents(2);
+    events[1].Data = {{L"Text", L"\x05E9 <tag> \xD83D\xDE00"}};
+    StartWith(std::move(events));
+    InWindow([this] {
+        for (const wchar_t* tab : {L"Details", L"General"}) {
+            WindowsClipboard().PutText(L"before");
+            Press(tab);
+            SendMessageW(window_, WM_COMMAND, CORVINA_ID_COPY_FROM_DETAILS, 0);
+            EXPECT_EQ(ClipboardText(), BoxText(3));
+            EXPECT_NE(ClipboardText().find(L"\x05E9 &lt;tag&gt; \xD83D\xDE00</Data>\r\n"), std::wstring::npos);
+        }
     });
 }
 

@@ -79,6 +79,7 @@ TEST_F(OptionsDialogTest, EnterAppliesAndARefusedRestartDarkensTheWindowAtOnce) 
     Boxes.Answer = false;
     EXPECT_EQ(MainColor(), LightPalette.ControlBack);
     InDialog(CORVINA_ID_OPTIONS, L"Options", [](HWND dialog) {
+        Click(dialog, AutomaticUpdatesBox);
         Click(dialog, ViewTab);
         Select(dialog, DisplayModeList, 1);
         Click(dialog, ThemeInListViewBox);
@@ -90,7 +91,7 @@ TEST_F(OptionsDialogTest, EnterAppliesAndARefusedRestartDarkensTheWindowAtOnce) 
     EXPECT_EQ(ReadSetting(L"Options", L"CurrTheme"), L"1");
     EXPECT_EQ(ReadSetting(L"Options", L"ColorListView"), L"1");
     EXPECT_EQ(ReadSetting(L"Options", L"GridLines"), L"1");
-    EXPECT_EQ(ReadSetting(L"Options", L"autoupdates"), L"0");
+    EXPECT_EQ(ReadSetting(L"Options", L"autoupdates"), L"1");
     EXPECT_EQ(ReadSetting(L"Options", L"Language"), L"1");
     EXPECT_EQ(MainColor(), DarkPalette.ControlBack);
     EXPECT_EQ(Ended, 0);
@@ -120,6 +121,10 @@ TEST_F(OptionsDialogTest, AnotherLanguageReachesMenusTreeAndHeaders) {
         Select(dialog, LanguageList, 0);
         Click(dialog, IDOK);
     });
+    EXPECT_EQ(ReadSetting(L"Options", L"Language"), L"0");
+    EXPECT_EQ(ReadSetting(L"Options", L"CurrTheme"), L"0");
+    EXPECT_EQ(ReadSetting(L"Options", L"autoupdates"), L"0");
+    EXPECT_TRUE(Boxes.Shown.empty()) << "the mode stays, so nothing has to be restarted";
     SelectNode({L"Windows-Protokolle", L"Application"});
     EXPECT_EQ(RowCount(), 3);
     const i18n::Language german(i18n::German);
