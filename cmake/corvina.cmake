@@ -37,12 +37,17 @@ function(corvina_room name)
   target_include_directories(corvina_${name} PUBLIC "${CMAKE_SOURCE_DIR}/src")
 endfunction()
 
-# corvina_test(name SOURCES file... USES room-or-library...): a GoogleTest program, run as one test.
-function(corvina_test name)
+# corvina_test_program(name SOURCES file... USES room-or-library...): a GoogleTest program that ctest does not know yet.
+function(corvina_test_program name)
   cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${TEST_SOURCES})
-  target_link_libraries(${name} PRIVATE ${TEST_USES} corvina_settings GTest::gtest_main)
-  target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+  target_link_libraries(${name} PRIVATE ${TEST_USES} corvina_test_settings)
+  target_precompile_headers(${name} REUSE_FROM corvina_test_headers)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests/bin")
+endfunction()
+
+# corvina_test(name SOURCES file... USES room-or-library...): the same, run as one test.
+function(corvina_test name)
+  corvina_test_program(${name} ${ARGN})
   add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}")
 endfunction()

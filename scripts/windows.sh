@@ -7,19 +7,19 @@ wine_template=$build/wine/template
 # Starts a display on a free number and sets DISPLAY. Nobody else can tell which number is free without a race, so the
 # server itself chooses one and writes it to a file.
 StartDisplay() {
-    local number_file
-    number_file=$(mktemp "$build/display.XXXXXX")
-    Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset 3>"$number_file" >"$logs/display.log" 2>&1 </dev/null &
+    local folder
+    folder=$(mktemp -d "$build/display.XXXXXX")
+    Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset 3>"$folder/number" >"$folder/log" 2>&1 </dev/null &
     display_process=$!
     AtExit StopDisplay
-    if ! WaitFor 30 test -s "$number_file"; then
-        tail -n 20 "$logs/display.log" >&2
-        rm -f "$number_file"
-        Fail "no display could be started; see $logs/display.log"
+    if ! WaitFor 30 test -s "$folder/number"; then
+        tail -n 20 "$folder/log" >&2
+        rm -rf "$folder"
+        Fail "no display could be started"
     fi
-    DISPLAY=:$(tr -d '[:space:]' <"$number_file")
+    DISPLAY=:$(tr -d '[:space:]' <"$folder/number")
     export DISPLAY
-    rm -f "$number_file"
+    rm -rf "$folder"
 }
 
 StopDisplay() {
@@ -50,6 +50,11 @@ StartWine() {
         find . -xdev \( -name '*.reg' -o -name '*.ini' \) -type f \
             -exec cp -a --parents --remove-destination -t "$WINEPREFIX" {} +
     )
+    if [[ -n ${display_process:-} ]]; then
+        # On a display of our own nobody manages windows. Wine would wait for such a one whenever a window goes, two
+        # seconds each time.
+        printf '\n[Software\\\\Wine\\\\X11 Driver]\n"Managed"="N"\n' >>"$WINEPREFIX/user.reg"
+    fi
 }
 
 # Puts a library into the system folder of this command's own Wine, in the place of Wine's library of that name.
