@@ -38,8 +38,4 @@ class ReplacingFile {
 std::unique_ptr<ReplacingFile> CreateReplacingFile(const std::filesystem::path& target, ExistingFile existing,
                                                    std::uint32_t& error);
 
-// The temporary name of an attempt, for the implementations.
-inline constexpr int TemporaryNameAttempts = 100;
-std::filesystem::path TemporaryNameOf(const std::filesystem::path& target, int attempt);
-
 }  // namespace corvina

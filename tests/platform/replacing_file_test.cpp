@@ -1,6 +1,4 @@
 // Files that are whole or not there at all.
-#include "platform/replacing_file.h"
-
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -9,6 +7,7 @@
 
 #include "platform/error_codes.h"
 #include "platform/random_access_file.h"
+#include "platform/temporary_files.h"
 #include "platform/temporary_folder.h"
 
 #ifndef _WIN32

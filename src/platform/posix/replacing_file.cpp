@@ -1,5 +1,3 @@
-#include "platform/replacing_file.h"
-
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -9,6 +7,7 @@
 #include <utility>
 
 #include "platform/error_codes.h"
+#include "platform/temporary_files.h"
 
 namespace corvina {
 namespace {
@@ -69,16 +68,6 @@ class Descriptor {
   private:
     int number_;
 };
-
-// A writer holds a lock on its temporary file, which ends with its process. Only a plain file of one's own that nobody
-// holds is removed. Whether the name still means the locked file is asked under the lock: its writer may just have
-// given it the target's name.
-bool RemoveIfAbandoned(const fs::path& temporary) {
-    const Descriptor file(open(temporary.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    struct stat facts {};
-    return file && fstat(file.Get(), &facts) == 0 && S_ISREG(facts.st_mode) && facts.st_uid == geteuid() &&
-           flock(file.Get(), LOCK_EX | LOCK_NB) == 0 && file.IsAt(temporary) && unlink(temporary.c_str()) == 0;
-}
 
 // A log that only some may read is not opened to all by being cleared, not even while it is written.
 void TakePermissionsOf(const fs::path& target, const Descriptor& file) {
@@ -189,11 +178,9 @@ class PosixReplacingFile final : public ReplacingFile {
     bool committed_ = false;
 };
 
-// What stands in the way of the target now, before anything is written.
+}  // namespace
+
 std::uint32_t CheckTarget(const fs::path& target, ExistingFile existing) {
-    if (target.filename().empty()) {
-        return error::AccessDenied;
-    }
     struct stat facts {};
     if (stat(target.c_str(), &facts) != 0) {
         return error::Success;
@@ -205,29 +192,24 @@ std::uint32_t CheckTarget(const fs::path& target, ExistingFile existing) {
     return S_ISREG(facts.st_mode) && (facts.st_mode & AnyWrite) != 0 ? error::Success : error::AccessDenied;
 }
 
-}  // namespace
+// A writer holds a lock on its temporary file, which ends with its process. Only a plain file of one's own that nobody
+// holds is removed. Whether the name still means the locked file is asked under the lock: its writer may just have
+// given it the target's name.
+bool RemoveIfAbandoned(const fs::path& temporary) {
+    const Descriptor file(open(temporary.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat facts {};
+    return file && fstat(file.Get(), &facts) == 0 && S_ISREG(facts.st_mode) && facts.st_uid == geteuid() &&
+           flock(file.Get(), LOCK_EX | LOCK_NB) == 0 && file.IsAt(temporary) && unlink(temporary.c_str()) == 0;
+}
 
-std::unique_ptr<ReplacingFile> CreateReplacingFile(const fs::path& target, ExistingFile existing,
-                                                   std::uint32_t& error) {
-    error = CheckTarget(target, existing);
-    if (error != error::Success) {
+std::unique_ptr<ReplacingFile> CreateTemporaryFile(const fs::path& temporary, const fs::path& target,
+                                                   ExistingFile existing, std::uint32_t& error) {
+    Descriptor file = CreateLocked(temporary, error);
+    if (!file) {
         return nullptr;
     }
-    for (int attempt = 0; attempt < TemporaryNameAttempts; ++attempt) {
-        fs::path temporary = TemporaryNameOf(target, attempt);
-        Descriptor file = CreateLocked(temporary, error);
-        if (error == error::FileExists && RemoveIfAbandoned(temporary)) {
-            file = CreateLocked(temporary, error);
-        }
-        if (file) {
-            TakePermissionsOf(target, file);
-            return std::make_unique<PosixReplacingFile>(std::move(file), std::move(temporary), target, existing);
-        }
-        if (error != error::FileExists) {
-            break;
-        }
-    }
-    return nullptr;
+    TakePermissionsOf(target, file);
+    return std::make_unique<PosixReplacingFile>(std::move(file), temporary, target, existing);
 }
 
 }  // namespace corvina

@@ -1,5 +1,3 @@
-#include "platform/replacing_file.h"
-
 #include <windows.h>
 
 #include <algorithm>
@@ -10,6 +8,7 @@
 #include <vector>
 
 #include "platform/error_codes.h"
+#include "platform/temporary_files.h"
 
 namespace corvina {
 namespace {
@@ -31,12 +30,6 @@ struct RenameInformation {
 std::uint32_t LastFailure() {
     const DWORD failure = GetLastError();
     return failure == ERROR_ALREADY_EXISTS ? error::FileExists : failure;
-}
-
-// Nobody else may write to a temporary file or remove it while it is open; so one that can be removed is abandoned.
-HANDLE CreateUnshared(const fs::path& temporary) {
-    return CreateFileW(temporary.c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_READ, nullptr, CREATE_NEW,
-                       FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
 class WindowsReplacingFile final : public ReplacingFile {
@@ -163,11 +156,9 @@ class WindowsReplacingFile final : public ReplacingFile {
     bool committed_ = false;
 };
 
-// What stands in the way of the target now, before anything is written.
+}  // namespace
+
 std::uint32_t CheckTarget(const fs::path& target, ExistingFile existing) {
-    if (target.filename().empty()) {
-        return error::AccessDenied;
-    }
     const DWORD attributes = GetFileAttributesW(target.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         return error::Success;
@@ -179,32 +170,23 @@ std::uint32_t CheckTarget(const fs::path& target, ExistingFile existing) {
                                                                                     : error::AccessDenied;
 }
 
-}  // namespace
+// Nobody else may write to a temporary file or remove it while it is open; so one that can be removed is abandoned.
+bool RemoveIfAbandoned(const fs::path& temporary) {
+    return DeleteFileW(temporary.c_str()) != FALSE;
+}
 
-std::unique_ptr<ReplacingFile> CreateReplacingFile(const fs::path& target, ExistingFile existing,
-                                                   std::uint32_t& error) {
-    error = CheckTarget(target, existing);
-    if (error != error::Success) {
+std::unique_ptr<ReplacingFile> CreateTemporaryFile(const fs::path& temporary, const fs::path& target,
+                                                   ExistingFile existing, std::uint32_t& error) {
+    const HANDLE file = CreateFileW(temporary.c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        // A file that is open elsewhere may say so instead of saying that it exists.
+        error = LastFailure();
+        error = error == ERROR_SHARING_VIOLATION ? error::FileExists : error;
         return nullptr;
     }
-    for (int attempt = 0; attempt < TemporaryNameAttempts; ++attempt) {
-        fs::path temporary = TemporaryNameOf(target, attempt);
-        HANDLE file = CreateUnshared(temporary);
-        if (file == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS && DeleteFileW(temporary.c_str())) {
-            file = CreateUnshared(temporary);
-        }
-        if (file != INVALID_HANDLE_VALUE) {
-            return std::make_unique<WindowsReplacingFile>(file, std::move(temporary), target, existing);
-        }
-        const DWORD failure = GetLastError();
-        // A file that is open elsewhere says so, or that it exists, depending on what was asked last.
-        if (failure != ERROR_FILE_EXISTS && failure != ERROR_SHARING_VIOLATION) {
-            error = LastFailure();
-            return nullptr;
-        }
-    }
-    error = error::FileExists;
-    return nullptr;
+    error = error::Success;
+    return std::make_unique<WindowsReplacingFile>(file, temporary, target, existing);
 }
 
 }  // namespace corvina
