@@ -130,6 +130,14 @@ HWND MainWindowTest::Child(const wchar_t* className, int index) const {
     return child;
 }
 
+// Asked for with every cell. It is looked for once only, since the order of windows is known to another process.
+HWND MainWindowTest::ListControl() const {
+    if (!IsWindow(list_)) {
+        list_ = Child(L"SysListView32");
+    }
+    return list_;
+}
+
 HWND MainWindowTest::HeaderControl() const {
     return reinterpret_cast<HWND>(SendMessageW(ListControl(), LVM_GETHEADER, 0, 0));
 }

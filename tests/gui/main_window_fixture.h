@@ -100,7 +100,7 @@ class MainWindowTest : public testing::Test {
     HWND Main() const { return window_->Handle(); }
     HWND Child(const wchar_t* className, int index = 0) const;
     HWND TreeControl() const { return Child(L"SysTreeView32"); }
-    HWND ListControl() const { return Child(L"SysListView32"); }
+    HWND ListControl() const;
     HWND HeaderControl() const;
     const std::vector<std::wstring>& StartedPrograms() const { return system_.Started; }
     HWND Field(int index) const { return Child(L"Edit", index); }
@@ -153,6 +153,7 @@ class MainWindowTest : public testing::Test {
     WindowsClipboard clipboard_;
     Ports ports_;
     std::unique_ptr<MainWindow> window_;
+    mutable HWND list_ = nullptr;
 };
 
 }  // namespace corvina::test
