@@ -321,7 +321,7 @@ TEST(FilterTest, SystemValuesAreComparedByTheirKind) {
     });
 }
 
-TEST(FilterTest, TextsOfForwardedEventsAreAsked) {
+TEST(FilterTest, DataAndTextsOfForwardedEventsAreAsked) {
     const test::TemporaryFolder folder;
     ASSERT_TRUE(test::WriteForwardedLog(folder.Path() / "log.evtx"));
     std::uint32_t error = 0;
@@ -336,6 +336,25 @@ TEST(FilterTest, TextsOfForwardedEventsAreAsked) {
     EXPECT_TRUE(matches(L"*[RenderingInfo/Keywords[Keyword[position()=2]='Second']]"));
     EXPECT_FALSE(matches(L"*[RenderingInfo[Level=2]]"));
     EXPECT_FALSE(matches(L"*[RenderingInfo/Keywords/Keyword='Third']"));
+    for (const wchar_t* text : {
+             L"*[UserData]",
+             L"*[UserData/Notice/Name=\"O'Neill\"]",
+             L"*[UserData[Notice[@Kind='urgent' and Count=0x10]]]",
+             L"*[UserData/*[Count>15]/Items/Item='second']",
+             L"*[UserData[Notice/Items[Item[position()=2]='second']]]",
+             L"*[System[EventID=4711] and UserData/Notice[Name and Items]]",
+         }) {
+        EXPECT_TRUE(matches(text)) << Shown(text);
+    }
+    for (const wchar_t* text : {
+             L"*[EventData]",
+             L"*[UserData/Name]",
+             L"*[UserData/Notice[@Kind='calm']]",
+             L"*[UserData/Notice/Items/Item='third']",
+             L"*[System[EventID=4711] and UserData/Notice/Count<16]",
+         }) {
+        EXPECT_FALSE(matches(text)) << Shown(text);
+    }
 }
 
 }  // namespace

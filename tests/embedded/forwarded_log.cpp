@@ -157,6 +157,16 @@ bool WriteForwardedLog(const std::filesystem::path& path) {
     chunk.Element(L"Opcode", L"77");
     chunk.Element(L"Channel", L"ForwardedEvents");
     chunk.Close();
+    chunk.Open(L"UserData", {});
+    chunk.Open(L"Notice", {{L"xmlns", L"urn:vendor"}, {L"Kind", L"urgent"}});
+    chunk.Element(L"Name", L"O'Neill");
+    chunk.Element(L"Count", L"16");
+    chunk.Open(L"Items", {});
+    chunk.Element(L"Item", L"first");
+    chunk.Element(L"Item", L"second");
+    chunk.Close();
+    chunk.Close();
+    chunk.Close();
     chunk.Open(L"RenderingInfo", {{L"Culture", L"en-US"}});
     for (const wchar_t* part : {L"Message", L"Level", L"Task", L"Opcode", L"Channel", L"Provider"}) {
         std::wstring text = std::wstring(L"Remote ") + part;
