@@ -8,7 +8,7 @@ namespace {
 
 constexpr int Arabic = 6;
 constexpr int LanguageList = 110;                                          // in the options dialog
-constexpr LONG_PTR ReadFromTheRight = WS_EX_RTLREADING | WS_EX_LAYOUTRTL;  // one or the other, as the system does it
+constexpr LONG_PTR ReadFromTheRight = WS_EX_RTLREADING | WS_EX_LAYOUTRTL;
 
 RECT OnScreen(HWND window) {
     RECT place{};

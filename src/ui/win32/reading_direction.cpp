@@ -7,16 +7,17 @@
 namespace corvina::ui {
 namespace {
 
-constexpr LONG_PTR ReadFromTheRight = WS_EX_RIGHT | WS_EX_RTLREADING | WS_EX_LEFTSCROLLBAR;
-constexpr LONG_PTR EveryDirection = ReadFromTheRight | WS_EX_LAYOUTRTL;
+constexpr LONG_PTR TextFromTheRight = WS_EX_RIGHT | WS_EX_RTLREADING;
+constexpr LONG_PTR FieldFromTheRight = TextFromTheRight | WS_EX_LEFTSCROLLBAR;
+constexpr LONG_PTR EveryDirection = FieldFromTheRight | WS_EX_LAYOUTRTL;
 
 constexpr UINT_PTR SideIdentifier = 14;
 // What the subclass knows of the system.
 constexpr DWORD_PTR SideIsRight = 0;
 constexpr DWORD_PTR SideIsTurned = 1;
 
-bool IsReadFromTheLeft(HWND field) {
-    return (GetWindowLongPtrW(field, GWL_EXSTYLE) & EveryDirection) == 0;
+bool ScrollsAtTheRight(HWND field) {
+    return (GetWindowLongPtrW(field, GWL_EXSTYLE) & (WS_EX_LEFTSCROLLBAR | WS_EX_LAYOUTRTL)) == 0;
 }
 
 bool HasRoomAtTheLeft(HWND field) {
@@ -30,7 +31,7 @@ bool HasRoomAtTheLeft(HWND field) {
 
 LRESULT CALLBACK SideProcedure(HWND field, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR identifier,
                                DWORD_PTR side) {
-    if (message == WM_NCCALCSIZE && side == SideIsTurned && IsReadFromTheLeft(field)) {
+    if (message == WM_NCCALCSIZE && side == SideIsTurned && ScrollsAtTheRight(field)) {
         // A rectangle is what both forms of the message begin with.
         RECT& area = *reinterpret_cast<RECT*>(lParam);
         const RECT outer = area;
@@ -41,7 +42,7 @@ LRESULT CALLBACK SideProcedure(HWND field, UINT message, WPARAM wParam, LPARAM l
         return answer;
     }
     const LRESULT answer = DefSubclassProc(field, message, wParam, lParam);
-    if (message == WM_WINDOWPOSCHANGED && side == SideIsRight && IsReadFromTheLeft(field) && HasRoomAtTheLeft(field)) {
+    if (message == WM_WINDOWPOSCHANGED && side == SideIsRight && ScrollsAtTheRight(field) && HasRoomAtTheLeft(field)) {
         SetWindowSubclass(field, SideProcedure, identifier, SideIsTurned);
         RedrawWithFrame(field);
     } else if (message == WM_NCDESTROY) {
@@ -57,12 +58,13 @@ bool ReadsFromTheRight(HWND window, std::wstring_view text) {
     return direction == TextDirection::RightToLeft || (direction == TextDirection::Neutral && IsMirrored(window));
 }
 
-// Windows takes the mirroring from a field in a mirrored window when it creates it and sets these flags instead; other
-// systems mirror fields as they do all controls. So the field itself shows what it is to be given back.
-ReadingDirection::ReadingDirection(HWND field) : field_(field) {
-    const LONG_PTR created = GetWindowLongPtrW(field, GWL_EXSTYLE) & EveryDirection;
-    rightToLeft_ = created != 0 ? created : ReadFromTheRight;
+// Windows takes the mirroring from a field in a mirrored window when it creates it and sets the flags instead. Systems
+// that leave it mirrored tear values apart, so that "HOST-12" reads "12-HOST": there all texts are laid out from the
+// left.
+ReadingDirection::ReadingDirection(HWND field)
+    : field_(field), rightToLeft_(IsMirrored(field) ? TextFromTheRight : FieldFromTheRight) {
     KeepScrollBarSide(field);
+    Set(IsMirrored(GetParent(field)));
 }
 
 void ReadingDirection::Set(bool rightToLeft) const {
