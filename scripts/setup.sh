@@ -7,6 +7,8 @@ build_packages=(cmake ninja-build g++ libpugixml-dev zlib1g-dev googletest dpkg-
     g++-mingw-w64-x86-64-posix libz-mingw-w64-dev)
 window_packages=(wine wine64 xvfb imagemagick xdotool fonts-wine fonts-dejavu-core libxrender1 libxcursor1 libxi6
     libxrandr2)
+# The letters of the languages whose scripts those fonts lack.
+font_packages=(fonts-wqy-microhei fonts-lohit-deva)
 test_packages=(clang libclang-rt-dev libbenchmark-dev libevtx-utils python3-evtx)
 
 AsRoot() {

@@ -112,6 +112,29 @@ RemoveLeftWines() {
     done
 }
 
+# Gives Wine the letters of East Asia and India, which its own fonts lack: under the names of the fonts that Windows has
+# for them, and as fallbacks of the usual one.
+LendFonts() {
+    local name machine='HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink'
+    Say "Lending fonts to Wine"
+    for name in 'Malgun Gothic' 'Microsoft YaHei UI' 'Microsoft JhengHei UI' 'Yu Gothic UI'; do
+        SetWineValue 'HKCU\Software\Wine\Fonts\Replacements' "$name" REG_SZ 'WenQuanYi Micro Hei'
+    done
+    for name in 'Nirmala UI' Mangal; do
+        SetWineValue 'HKCU\Software\Wine\Fonts\Replacements' "$name" REG_SZ 'Lohit Devanagari'
+    done
+    for name in Tahoma 'Tahoma Bold'; do
+        SetWineValue "$machine" "$name" REG_MULTI_SZ \
+            'wqy-microhei.ttc,WenQuanYi Micro Hei\0Lohit-Devanagari.ttf,Lohit Devanagari'
+    done
+}
+
+# SetWineValue KEY NAME TYPE VALUE
+SetWineValue() {
+    RunBounded 60 "$logs/wine.log" wine reg add "$1" /v "$2" /t "$3" /d "$4" /f ||
+        Fail "Wine could not be set up; see $logs/wine.log"
+}
+
 # The name by which Windows programs know a file: Wine shows the whole file system as drive Z.
 WindowsPath() {
     local path
