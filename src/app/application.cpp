@@ -10,10 +10,10 @@
 #include "app/node_path.h"
 #include "app/option_changes.h"
 #include "app/saved_logs.h"
-#include "app/setting_text.h"
 #include "app/start_up.h"
 #include "base/format_text.h"
 #include "details/copied_details.h"
+#include "platform/setting_text.h"
 
 namespace corvina {
 namespace {

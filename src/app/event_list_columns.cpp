@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "app/number_text.h"
-#include "app/setting_text.h"
 #include "base/format_text.h"
+#include "base/number_text.h"
+#include "platform/setting_text.h"
 
 namespace corvina {
 namespace {

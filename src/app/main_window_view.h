@@ -10,21 +10,15 @@
 #include <vector>
 
 #include "app/options.h"
+#include "platform/window_place.h"
 
 namespace corvina {
-
-struct WindowRectangle {
-    int Left = 0;
-    int Top = 0;
-    int Width = 0;
-    int Height = 0;
-};
 
 enum class WindowState { Normal, Minimized, Maximized };
 
 struct WindowPlacement {
     WindowState State = WindowState::Normal;
-    WindowRectangle Rectangle;  // the window's own rectangle in pixels, meaningful in the normal state
+    WindowPlace Rectangle;  // meaningful in the normal state
 };
 
 struct ListColumn {
@@ -68,7 +62,7 @@ class MainWindowView {
     virtual std::vector<std::size_t> SelectedRows() const = 0;  // ascending
 
     virtual WindowPlacement Placement() const = 0;
-    virtual void MoveTo(const WindowRectangle& rectangle) = 0;  // and shows the window
+    virtual void MoveTo(const WindowPlace& rectangle) = 0;  // and shows the window
     virtual void Maximize() = 0;
     virtual int VerticalSplitter() const = 0;    // pixels between the left edge and the list
     virtual int HorizontalSplitter() const = 0;  // pixels between the top edge and the details pane

@@ -1,27 +1,17 @@
 #include "app/settings.h"
 
-#include "app/number_text.h"
-#include "app/setting_text.h"
 #include "base/format_text.h"
+#include "base/number_text.h"
+#include "platform/setting_text.h"
 
 namespace corvina {
 namespace {
 
 constexpr std::wstring_view Options = L"Options";
 constexpr std::wstring_view Window = L"Corvina";
-// Spelled like this in every settings file that exists.
-constexpr std::wstring_view HeightKey = L"MainWindowHeigth";
 
 int ReadInteger(const SettingsStore& settings, std::wstring_view key, std::wstring_view defaultValue) {
     return IntegerFromText(ReadSettingOrDefault(settings, Options, key, defaultValue));
-}
-
-int ReadWindowNumber(const SettingsStore& settings, std::wstring_view key, std::wstring_view defaultValue) {
-    return IntegerFromFloatingText(ReadSettingOrDefault(settings, Window, key, defaultValue));
-}
-
-void WriteWindowNumber(SettingsStore& settings, std::wstring_view key, int value) {
-    settings.WriteSetting(Window, key, FormatText(L"%i", {value}));
 }
 
 void SaveWindowPlace(SettingsStore& settings, const MainWindowView& window) {
@@ -33,10 +23,7 @@ void SaveWindowPlace(SettingsStore& settings, const MainWindowView& window) {
             settings.WriteSetting(Window, L"MainWindowIsMaximized", L"1");
             return;
         case WindowState::Normal:
-            WriteWindowNumber(settings, L"MainWindowLeft", placement.Rectangle.Left);
-            WriteWindowNumber(settings, L"MainWindowTop", placement.Rectangle.Top);
-            WriteWindowNumber(settings, L"MainWindowWidth", placement.Rectangle.Width);
-            WriteWindowNumber(settings, HeightKey, placement.Rectangle.Height);
+            WriteWindowPlace(settings, Window, placement.Rectangle);
             settings.WriteSetting(Window, L"MainWindowIsMaximized", L"0");
             return;
     }
@@ -71,16 +58,11 @@ void ReadColorListView(const SettingsStore& settings, SettingsValues& values) {
 }
 
 void RestoreWindow(const SettingsStore& settings, MainWindowView& window) {
-    if (ReadWindowNumber(settings, L"MainWindowIsMaximized", L"0") == 1) {
+    if (IntegerFromFloatingText(ReadSettingOrDefault(settings, Window, L"MainWindowIsMaximized", L"0")) == 1) {
         window.Maximize();
-        return;
+    } else {
+        window.MoveTo(ReadWindowPlace(settings, Window));
     }
-    WindowRectangle rectangle;
-    rectangle.Height = ReadWindowNumber(settings, HeightKey, L"600");
-    rectangle.Width = ReadWindowNumber(settings, L"MainWindowWidth", L"800");
-    rectangle.Top = ReadWindowNumber(settings, L"MainWindowTop", L"10");
-    rectangle.Left = ReadWindowNumber(settings, L"MainWindowLeft", L"10");
-    window.MoveTo(rectangle);
 }
 
 void SaveMainSettings(SettingsStore& settings, EventListColumns& columns, const MainWindowView& window) {

@@ -1,9 +1,9 @@
 #include "app/start_up.h"
 
 #include "app/privileges.h"
-#include "app/setting_text.h"
 #include "app/version.h"
 #include "base/format_text.h"
+#include "platform/setting_text.h"
 
 namespace corvina {
 namespace {

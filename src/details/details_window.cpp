@@ -1,10 +1,6 @@
 #include "details/details_window.h"
 
-#include <cstdint>
-#include <limits>
-
 #include "base/format_text.h"
-#include "base/parse_number.h"
 
 namespace corvina {
 namespace {
@@ -17,26 +13,6 @@ constexpr int GeneralSlot = 98;
 constexpr int DetailsSlot = 99;
 constexpr int PreviousSlot = 102;
 constexpr int NextSlot = 103;
-
-constexpr std::wstring_view Section = L"CorvinaDetails";
-constexpr std::wstring_view LeftKey = L"MainWindowLeft";
-constexpr std::wstring_view TopKey = L"MainWindowTop";
-constexpr std::wstring_view WidthKey = L"MainWindowWidth";
-// Spelled like this in every settings file that exists.
-constexpr std::wstring_view HeightKey = L"MainWindowHeigth";
-
-// A decimal number; anything else counts as missing.
-int ReadNumber(const SettingsStore& settings, std::wstring_view key, int defaultValue) {
-    const std::wstring text = settings.ReadSetting(Section, key, {});
-    std::wstring_view digits = text;
-    const bool isNegative = digits.starts_with(L'-');
-    digits.remove_prefix(isNegative ? 1 : 0);
-    const auto number = ParseUnsigned(digits, std::numeric_limits<int>::max());
-    if (!number) {
-        return defaultValue;
-    }
-    return isNegative ? -static_cast<int>(*number) : static_cast<int>(*number);
-}
 
 std::wstring WithLineBreaksOfFiles(std::wstring_view text) {
     std::wstring result;
@@ -55,7 +31,7 @@ void DetailsWindow::Open() {
         return;
     }
     isOpen_ = true;
-    parts_.View.Run(*this);
+    parts_.View.Run(*this, parts_.Settings);
     isOpen_ = false;
     tab_ = DetailsTab::None;
 }
@@ -67,7 +43,6 @@ void DetailsWindow::Opened() {
                           .Previous = language.Text(PreviousSlot),
                           .Next = language.Text(NextSlot)});
     TabChosen(DetailsTab::General);
-    parts_.View.MoveTo(SavedPlace());
     Fill();
     parts_.View.FocusDescription();
 }
@@ -95,15 +70,6 @@ void DetailsWindow::NextRequested() {
 
 void DetailsWindow::CopyRequested() {
     parts_.Copies.PutText(CopiedText());
-}
-
-void DetailsWindow::CloseRequested() {
-    SavePlace();
-    parts_.View.End();
-}
-
-void DetailsWindow::CancelRequested() {
-    parts_.View.End();
 }
 
 std::wstring DetailsWindow::CopiedText() const {
@@ -140,25 +106,6 @@ std::wstring DetailsWindow::Title(const EventRow& row) const {
 void DetailsWindow::ShowArrows() {
     const auto row = parts_.Selection.SelectedRow();
     parts_.View.ShowArrows(row && *row > 0, row && *row + 1 < parts_.Rows.Size());
-}
-
-DetailsWindowPlace DetailsWindow::SavedPlace() const {
-    const SettingsStore& settings = parts_.Settings;
-    return {.Left = ReadNumber(settings, LeftKey, 10),
-            .Top = ReadNumber(settings, TopKey, 10),
-            .Width = ReadNumber(settings, WidthKey, 800),
-            .Height = ReadNumber(settings, HeightKey, 600)};
-}
-
-void DetailsWindow::SavePlace() {
-    const DetailsWindowPlace place = parts_.View.Place();
-    const auto write = [this](std::wstring_view key, int value) {
-        parts_.Settings.WriteSetting(Section, key, FormatText(L"%i", {value}));
-    };
-    write(LeftKey, place.Left);
-    write(TopKey, place.Top);
-    write(WidthKey, place.Width);
-    write(HeightKey, place.Height);
 }
 
 }  // namespace corvina

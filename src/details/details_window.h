@@ -21,7 +21,7 @@ class DetailsWindow : private DetailsWindowEvents {
         const RowStore& Rows;
         EventSelection& Selection;
         DetailsWindowView& View;
-        SettingsStore& Settings;
+        SettingsStore& Settings;  // keep the window's place
         const i18n::Language& Language;
         Clipboard& Copies;
     };
@@ -45,14 +45,10 @@ class DetailsWindow : private DetailsWindowEvents {
     void PreviousRequested() override;
     void NextRequested() override;
     void CopyRequested() override;
-    void CloseRequested() override;
-    void CancelRequested() override;
 
     void Fill();
     std::wstring Title(const EventRow& row) const;
     void ShowArrows();
-    DetailsWindowPlace SavedPlace() const;
-    void SavePlace();
 
     Parts parts_;
     bool isOpen_ = false;

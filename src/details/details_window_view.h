@@ -3,19 +3,11 @@
 
 #include <string_view>
 
+#include "platform/settings_store.h"
+
 namespace corvina {
 
 enum class DetailsTab { None, General, Details };
-
-// The window's own rectangle on the screen, in pixels.
-struct DetailsWindowPlace {
-    int Left = 0;
-    int Top = 0;
-    int Width = 0;
-    int Height = 0;
-
-    bool operator==(const DetailsWindowPlace&) const = default;
-};
 
 struct DetailsWindowTexts {
     std::wstring_view General;
@@ -34,19 +26,15 @@ class DetailsWindowEvents {
     virtual void PreviousRequested() = 0;
     virtual void NextRequested() = 0;
     virtual void CopyRequested() = 0;
-    virtual void CloseRequested() = 0;   // the close box and the like
-    virtual void CancelRequested() = 0;  // Escape
 };
 
 class DetailsWindowView {
   public:
     virtual ~DetailsWindowView() = default;
 
-    // Opens the window, which keeps the user from the main window, and returns when it has ended. No event is told when
-    // it cannot be created.
-    virtual void Run(DetailsWindowEvents& events) = 0;
-    // Makes Run return soon.
-    virtual void End() = 0;
+    // Opens the window where the settings say, keeps the user from the main window, and returns when it has ended. No
+    // event is told when it cannot be created. Closing writes the window's place, Escape does not.
+    virtual void Run(DetailsWindowEvents& events, SettingsStore& settings) = 0;
 
     virtual void SetTexts(const DetailsWindowTexts& texts) = 0;
     virtual void SetTitle(std::wstring_view title) = 0;
@@ -57,9 +45,6 @@ class DetailsWindowView {
     // Which of the two arrows still lead to an event.
     virtual void ShowArrows(bool previous, bool next) = 0;
     virtual void FocusDescription() = 0;
-
-    virtual void MoveTo(const DetailsWindowPlace& place) = 0;
-    virtual DetailsWindowPlace Place() const = 0;
 };
 
 }  // namespace corvina

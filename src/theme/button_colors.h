@@ -5,7 +5,8 @@
 
 namespace corvina {
 
-enum class ButtonKind { Push, DefaultPush, Tab, CheckBox, RadioButton };
+// The arrows are push buttons that show a picture instead of their texts.
+enum class ButtonKind { Push, DefaultPush, UpArrow, DownArrow, Tab, CheckBox, RadioButton };
 
 struct ButtonState {
     bool Hot = false;  // under the mouse

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "app/number_text.h"
 #include "app/program_folders.h"
+#include "base/number_text.h"
 #include "support/doubles_settings.h"
 #include "support/recording_main_window.h"
 
@@ -132,6 +132,18 @@ TEST_F(SettingsTest, TheWindowReturnsToItsPlace) {
     settings_.Set(L"Corvina", L"MainWindowIsMaximized", L"1.0");
     RestoreWindow(settings_, window_);
     EXPECT_EQ(window_.Place.State, WindowState::Maximized);
+}
+
+TEST_F(SettingsTest, EveryWindowHasAPlaceOfItsOwn) {
+    const WindowPlace moved{-32000, 40, 900, 700};
+    WriteWindowPlace(settings_, L"CorvinaDetails", moved);
+    EXPECT_EQ(ReadWindowPlace(settings_, L"CorvinaDetails"), moved) << "off all screens is a place like any other";
+    EXPECT_EQ(ReadWindowPlace(settings_, L"Corvina"), (WindowPlace{10, 10, 800, 600}));
+
+    settings_.Set(L"CorvinaDetails", L"MainWindowTop", L"99999999999999999999");
+    settings_.Set(L"CorvinaDetails", L"MainWindowWidth", L"wide");
+    settings_.Set(L"CorvinaDetails", L"MainWindowHeigth", L"");
+    EXPECT_EQ(ReadWindowPlace(settings_, L"CorvinaDetails"), (WindowPlace{-32000, INT_MAX, 0, 600}));
 }
 
 TEST_F(SettingsTest, CloseWritesInOrder) {

@@ -4,6 +4,7 @@
 
 #include "embedded/samples/sample_store.h"
 #include "ui/win32/common_controls.h"
+#include "ui/win32/window_text.h"
 #include "wevtapi_double/double_access.h"
 
 namespace corvina::test {
@@ -143,9 +144,7 @@ HWND MainWindowTest::HeaderControl() const {
 }
 
 std::wstring MainWindowTest::TextOf(HWND window) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-    return text;
+    return ui::TextOf(window);
 }
 
 std::wstring MainWindowTest::ClipboardText() {

@@ -54,7 +54,7 @@ class RecordingMainWindow : public MainWindowView {
     }
 
     WindowPlacement Placement() const override { return Place; }
-    void MoveTo(const WindowRectangle& rectangle) override {
+    void MoveTo(const WindowPlace& rectangle) override {
         journal_.push_back(L"MoveTo");
         Place = {WindowState::Normal, rectangle};
     }

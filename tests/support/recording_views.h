@@ -86,15 +86,13 @@ class RecordingDetailsPane final : public DetailsPaneView {
 // The window of one event. While it is open the test plays the user.
 class RecordingDetailsWindow final : public DetailsWindowView {
   public:
-    void Run(DetailsWindowEvents& events) override {
+    void Run(DetailsWindowEvents& events, SettingsStore&) override {
         ++Runs;
-        HasEnded = false;
         events.Opened();
         if (WhileOpen) {
             WhileOpen(events);
         }
     }
-    void End() override { HasEnded = true; }
 
     void SetTexts(const DetailsWindowTexts& texts) override {
         Captions = {std::wstring(texts.General), std::wstring(texts.Details), std::wstring(texts.Previous),
@@ -113,12 +111,9 @@ class RecordingDetailsWindow final : public DetailsWindowView {
         HasNext = next;
     }
     void FocusDescription() override { IsDescriptionFocused = true; }
-    void MoveTo(const DetailsWindowPlace& place) override { Rectangle = place; }
-    DetailsWindowPlace Place() const override { return Rectangle; }
 
     std::function<void(DetailsWindowEvents&)> WhileOpen;
     int Runs = 0;
-    bool HasEnded = false;
     std::vector<std::wstring> Captions;
     std::wstring Title;
     std::wstring Left;
@@ -129,7 +124,6 @@ class RecordingDetailsWindow final : public DetailsWindowView {
     bool HasPrevious = false;
     bool HasNext = false;
     bool IsDescriptionFocused = false;
-    DetailsWindowPlace Rectangle;
 };
 
 }  // namespace corvina::test

@@ -10,6 +10,7 @@
 #include "ui/win32/control_colors.h"
 #include "ui/win32/layout_direction.h"
 #include "ui/win32/popup_menu.h"
+#include "ui/win32/window_text.h"
 
 namespace corvina {
 namespace {
@@ -304,9 +305,7 @@ void MainWindow::Layout() {
     if (!hasControls_ || IsIconic(Handle())) {
         return;
     }
-    wchar_t version[128] = {};
-    GetWindowTextW(version_, version, 128);
-    const int versionWidth = static_cast<int>(ui::TextExtent(version_, font_.get(), version).cx) +
+    const int versionWidth = static_cast<int>(ui::TextExtent(version_, font_.get(), ui::TextOf(version_)).cx) +
                              scale_.Pixels(2);  // shaped letters reach beyond their extent
     const MainLayout layout = ComputeMainLayout(ClientSize(), splitters_, versionWidth, scale_);
     const std::pair<HWND, RECT> places[] = {
@@ -342,8 +341,7 @@ std::wstring MainWindow::ToolTipTextAt(POINT clientPlace) const {
         if (!PtInRect(&area, clientPlace)) {
             continue;
         }
-        std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(label)) + 1, L'\0');
-        text.resize(static_cast<std::size_t>(GetWindowTextW(label, text.data(), static_cast<int>(text.size()))));
+        const std::wstring text = ui::TextOf(label);
         return ui::TextExtent(label, font_.get(), text).cx > area.right - area.left ? text : std::wstring();
     }
     return {};

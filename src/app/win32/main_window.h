@@ -60,7 +60,7 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     bool IsRowSelected(std::size_t row) const override;
     std::vector<std::size_t> SelectedRows() const override;
     WindowPlacement Placement() const override;
-    void MoveTo(const WindowRectangle& rectangle) override;
+    void MoveTo(const WindowPlace& rectangle) override;
     void Maximize() override;
     int VerticalSplitter() const override { return splitters_.Vertical; }
     int HorizontalSplitter() const override { return splitters_.Horizontal; }
@@ -106,7 +106,8 @@ class MainWindow : public ui::Window, public MainWindowView, public LoadView, pr
     void OnScaleChanged(ui::Scale scale, const RECT& place);
     void OnContextMenu(HWND control, POINT place);
     void ShowTreeMenu(POINT place, bool fromKeyboard);
-    void ShowPopup(std::uint32_t menu, POINT place, HWND owner);
+    ui::UniqueMenu MakePopup(std::uint32_t menu);
+    void ShowPopup(std::uint32_t menu, POINT place);
     DetailsWindowSurroundings SurroundingsOfDetails();
 
     HWND CreateLabel(DWORD style);

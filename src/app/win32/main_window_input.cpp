@@ -35,7 +35,7 @@ void MainWindow::OnContextMenu(HWND control, POINT place) {
         // The menu is about the rows that are selected now.
         list_.DeliverSelection();
         ShowPopup(onHeader ? CORVINA_ID_MENU_HEADER : CORVINA_ID_MENU_LIST,
-                  fromKeyboard ? list_.SelectionPlace() : place, Handle());
+                  fromKeyboard ? list_.SelectionPlace() : place);
     }
 }
 
@@ -47,24 +47,28 @@ void MainWindow::ShowTreeMenu(POINT place, bool fromKeyboard) {
     tree_.DeliverSelection();
     const auto menu = application_->MenuOfNode(application_->Tree().Selected());
     if (menu) {
-        ShowPopup(*menu, fromKeyboard ? tree_.SelectionPlace() : place, Handle());
+        ShowPopup(*menu, fromKeyboard ? tree_.SelectionPlace() : place);
     }
 }
 
-void MainWindow::ShowPopup(std::uint32_t menu, POINT place, HWND owner) {
-    const ui::UniqueMenu popup = ui::LoadPopup(arguments_.Instance, menu);
+ui::UniqueMenu MainWindow::MakePopup(std::uint32_t menu) {
+    ui::UniqueMenu popup = ui::LoadPopup(arguments_.Instance, menu);
     FillPopup(popup.get(), application_->Menu(menu));
+    return popup;
+}
+
+void MainWindow::ShowPopup(std::uint32_t menu, POINT place) {
+    const ui::UniqueMenu popup = MakePopup(menu);
     menus_.Prepare(popup.get(), false);
-    ui::TrackPopup(popup.get(), owner, place);
+    ui::TrackPopup(popup.get(), Handle(), place);
 }
 
 DetailsWindowSurroundings MainWindow::SurroundingsOfDetails() {
     return {.Owner = Handle(),
             .Instance = arguments_.Instance,
             .Scheme = &application_->Scheme(),
-            .ShowMenu = [this](HWND owner, POINT place) { ShowPopup(CORVINA_ID_MENU_DETAILS, place, owner); },
-            .CopyCommand = CORVINA_ID_COPY_FROM_DETAILS,
-            .Menus = &menus_};
+            .MakeMenu = [this] { return MakePopup(CORVINA_ID_MENU_DETAILS); },
+            .CopyCommand = CORVINA_ID_COPY_FROM_DETAILS};
 }
 
 std::wstring_view MainWindow::CellText(std::size_t row, std::size_t position) const {

@@ -85,7 +85,7 @@ WindowPlacement MainWindow::Placement() const {
     return placement;
 }
 
-void MainWindow::MoveTo(const WindowRectangle& rectangle) {
+void MainWindow::MoveTo(const WindowPlace& rectangle) {
     SetWindowPos(Handle(), nullptr, rectangle.Left, rectangle.Top, rectangle.Width, rectangle.Height,
                  SWP_NOZORDER | SWP_SHOWWINDOW);
 }

@@ -60,7 +60,7 @@ void SetParagraphDirection(HWND box, bool rightToLeft) {
 HWND CreateDetailsBox(HWND parent, HINSTANCE instance, int identifier, bool hasRichEdit) {
     const HWND box =
         CreateWindowExW(0, hasRichEdit ? MSFTEDIT_CLASS : L"EDIT", L"Type here",
-                        WS_CHILD | WS_VSCROLL | WS_TABSTOP | ES_MULTILINE | ES_READONLY, 0, 0, 0, 0, parent,
+                        WS_CHILD | WS_VSCROLL | WS_GROUP | WS_TABSTOP | ES_MULTILINE | ES_READONLY, 0, 0, 0, 0, parent,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(identifier)), instance, nullptr);
     SetWindowSubclass(box, BoxProcedure, 1, 0);
     if (hasRichEdit) {

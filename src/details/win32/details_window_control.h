@@ -3,22 +3,15 @@
 
 #include <windows.h>
 
-#include <array>
-#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string_view>
 #include <utility>
 
 #include "details/details_window_view.h"
-#include "details/win32/details_buttons.h"
 #include "platform/win32/system_library.h"
-#include "theme/theme.h"
-#include "ui/win32/fonts.h"
-#include "ui/win32/menu_painter.h"
-#include "ui/win32/palette_brushes.h"
-#include "ui/win32/scaling.h"
-#include "ui/win32/visual_style.h"
+#include "ui/win32/dialog.h"
+#include "ui/win32/gdi_objects.h"
 
 namespace corvina {
 
@@ -27,20 +20,17 @@ struct DetailsWindowSurroundings {
     HWND Owner = nullptr;
     HINSTANCE Instance = nullptr;
     Theme* Scheme = nullptr;
-    // Shows the window's menu at a place of the screen; the choice comes to the given window as a command.
-    std::function<void(HWND, POINT)> ShowMenu;
-    int CopyCommand = 0;               // the menu's command that copies
-    ui::MenuPainter* Menus = nullptr;  // draws that menu
+    std::function<ui::UniqueMenu()> MakeMenu;  // the window's context menu in the current language
+    int CopyCommand = 0;                       // the menu's command that copies
 };
 
-class DetailsWindowControl : public DetailsWindowView {
+class DetailsWindowControl : public DetailsWindowView, private ui::Dialog {
   public:
     using SurroundingsSource = std::function<DetailsWindowSurroundings()>;
 
     explicit DetailsWindowControl(SurroundingsSource surroundings) : source_(std::move(surroundings)) {}
 
-    void Run(DetailsWindowEvents& events) override;
-    void End() override;
+    void Run(DetailsWindowEvents& events, SettingsStore& settings) override;
     void SetTexts(const DetailsWindowTexts& texts) override;
     void SetTitle(std::wstring_view title) override;
     void ShowProperties(std::wstring_view left, std::wstring_view right) override;
@@ -49,48 +39,26 @@ class DetailsWindowControl : public DetailsWindowView {
     void ShowTab(DetailsTab tab) override;
     void ShowArrows(bool previous, bool next) override;
     void FocusDescription() override;
-    void MoveTo(const DetailsWindowPlace& place) override;
-    DetailsWindowPlace Place() const override;
 
   private:
-    enum class Box { Left, Right, Description, Xml };
-    static constexpr std::size_t BoxCount = 4;
-    static constexpr std::size_t ButtonCount = 4;
+    void CreateControls() override;
+    void Layout(int width, int height) override;
+    void Opened() override { events_->Opened(); }
+    void CommandReceived(int identifier, UINT code) override;
+    void ContextMenuRequested(HWND control, POINT place) override;
+    void ColorsChanged() override;
+    void ScaleChanged() override;
+    void DrawGround(HDC device) const override;
 
-    static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    INT_PTR HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
-    void OnInitialize();
-    void OnCommand(int command);
-    void OnContextMenu(POINT place);
-    void OnErase(HDC device) const;
-    void CreateBoxes();
-    void CreateButtons();
-    void CreateTips(const DetailsWindowTexts& texts);
-    void UseColors();
-    void UseScale(ui::Scale scale);
-    void Layout();
-    bool IsOn(DetailsButton button) const;
-    void PressButton(DetailsButton button);
-
-    HWND BoxWindow(Box box) const { return boxes_[static_cast<std::size_t>(box)]; }
-    HWND ButtonWindow(DetailsButton button) const { return buttons_[static_cast<std::size_t>(button)]; }
+    void ShowArrow(int identifier, bool leadsOn);
 
     SurroundingsSource source_;
     DetailsWindowSurroundings around_;
     std::unique_ptr<SystemLibrary> richEdit_;
     DetailsWindowEvents* events_ = nullptr;
-    HWND handle_ = nullptr;
-    std::array<HWND, BoxCount> boxes_{};
-    std::array<HWND, ButtonCount> buttons_{};
     HWND tips_ = nullptr;
-    ui::VisualStyles styles_;
-    ui::Scale scale_;
     ui::UniqueFont boxFont_;
     ui::UniqueFont buttonFont_;
-    std::unique_ptr<ui::PaletteBrushes> brushes_;
-    DetailsTab tab_ = DetailsTab::None;
-    bool hasPrevious_ = false;
-    bool hasNext_ = false;
 };
 
 }  // namespace corvina

@@ -15,9 +15,14 @@ constexpr int ButtonMargin = 12;
 constexpr int SmallestButton = 84;
 constexpr int FocusInset = 3;
 constexpr int TabLine = 3;
+constexpr int ArrowHeight = 6;
 
 bool HasBox(ButtonKind kind) {
     return kind == ButtonKind::CheckBox || kind == ButtonKind::RadioButton;
+}
+
+bool IsArrow(ButtonKind kind) {
+    return kind == ButtonKind::UpArrow || kind == ButtonKind::DownArrow;
 }
 
 // A pen and a brush that are selected as long as the object lives.
@@ -102,6 +107,17 @@ void DrawFace(HDC device, const RECT& area, const ButtonPicture& button, const B
     }
 }
 
+void DrawArrow(HDC device, const RECT& area, bool isUp, COLORREF color, Scale scale) {
+    const LONG x = (area.left + area.right) / 2;
+    const LONG half = scale.Pixels(ArrowHeight);  // of its base
+    const LONG top = (area.top + area.bottom - half) / 2;
+    const LONG tip = isUp ? top : top + half;
+    const LONG base = isUp ? top + half : top;
+    const Tools tools(device, color, 1, color);
+    const std::array corners = {POINT{x, tip}, POINT{x - half, base}, POINT{x + half, base}};
+    Polygon(device, corners.data(), static_cast<int>(corners.size()));
+}
+
 RECT TextArea(const RECT& area, const ButtonPicture& button, Scale scale) {
     RECT text = area;
     if (HasBox(button.Kind)) {
@@ -111,6 +127,15 @@ RECT TextArea(const RECT& area, const ButtonPicture& button, Scale scale) {
         text.right -= scale.Pixels(FocusInset + 1);
     }
     return text;
+}
+
+void DrawCaption(HDC device, const RECT& area, const ButtonPicture& button, COLORREF color, Scale scale) {
+    SetBkMode(device, TRANSPARENT);
+    SetTextColor(device, color);
+    RECT text = TextArea(area, button, scale);
+    const UINT place = HasBox(button.Kind) ? DT_LEFT : DT_CENTER;
+    const UINT mnemonics = button.ShowsMnemonics ? 0U : DT_HIDEPREFIX;
+    DrawTextW(device, button.Text.c_str(), -1, &text, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | place | mnemonics);
 }
 
 RECT FocusArea(HDC device, const RECT& area, const ButtonPicture& button, Scale scale) {
@@ -160,12 +185,11 @@ void DrawButton(HDC device, const RECT& area, const ButtonPicture& button, const
         DrawFace(device, area, button, colors, scale);
     }
     const HGDIOBJ previous = SelectObject(device, button.Font);
-    SetBkMode(device, TRANSPARENT);
-    SetTextColor(device, colors.Text);
-    RECT text = TextArea(area, button, scale);
-    const UINT place = HasBox(button.Kind) ? DT_LEFT : DT_CENTER;
-    const UINT mnemonics = button.ShowsMnemonics ? 0U : DT_HIDEPREFIX;
-    DrawTextW(device, button.Text.c_str(), -1, &text, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | place | mnemonics);
+    if (IsArrow(button.Kind)) {
+        DrawArrow(device, area, button.Kind == ButtonKind::UpArrow, colors.Text, scale);
+    } else {
+        DrawCaption(device, area, button, colors.Text, scale);
+    }
     if (button.ShowsFocus) {
         DrawFrame(device, FocusArea(device, area, button, scale), colors.Text, std::max(scale.Pixels(1), 1));
     }

@@ -97,7 +97,7 @@ void ColorControl(HWND control, const ControlLook& look, Theme& scheme, const Vi
     const bool isDark = look.Brushes->IsDark();
     const bool canBeDark = scheme.System().IsSupported();
     scheme.System().AllowDarkForControl(control, isDark);
-    const bool scrolls = IsOneOf(name, {L"Edit", UPDOWN_CLASSW});
+    const bool scrolls = IsOneOf(name, {L"Edit", L"RICHEDIT50W", UPDOWN_CLASSW});
     if (scrolls && canBeDark) {
         styles.Set(control, isDark ? L"DarkMode_Explorer" : L"Explorer");
     } else if (isDark && !canBeDark && IsOneOf(name, {WC_TREEVIEWW})) {

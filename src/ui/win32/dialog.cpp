@@ -4,6 +4,7 @@
 #include <exception>
 #include <utility>
 
+#include "platform/window_place.h"
 #include "ui/win32/common_controls.h"
 #include "ui/win32/control_colors.h"
 #include "ui/win32/layout_direction.h"
@@ -36,16 +37,20 @@ bool IsEdit(HWND control) {
 
 bool Dialog::RunModal(const DialogArguments& arguments) {
     arguments_ = arguments;
+    headers_.clear();
     look_.Brushes = std::make_unique<PaletteBrushes>(arguments.Scheme->Colors());
     alignas(DWORD) EmptyTemplate description;
     description.Header.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN | DS_MODALFRAME;
-    if (arguments.SmallestClient.cx > 0) {
+    if (IsResizable()) {
         description.Header.style =
             (description.Header.style & ~static_cast<DWORD>(DS_MODALFRAME)) | WS_THICKFRAME | WS_MAXIMIZEBOX;
     }
     description.Header.dwExtendedStyle = LayoutLike(arguments.Owner);
-    return DialogBoxIndirectParamW(arguments.Instance, &description.Header, arguments.Owner, &Dialog::Procedure,
-                                   reinterpret_cast<LPARAM>(this)) == 1;
+    const INT_PTR result = DialogBoxIndirectParamW(arguments.Instance, &description.Header, arguments.Owner,
+                                                   &Dialog::Procedure, reinterpret_cast<LPARAM>(this));
+    handle_ = nullptr;
+    font_.reset();
+    return result == 1;
 }
 
 void Dialog::End(bool accepted) {
@@ -172,15 +177,12 @@ INT_PTR Dialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_COMMAND:
             CommandReceived(LOWORD(wParam), HIWORD(wParam));
             return TRUE;
-        case WM_NOTIFY: {
-            const auto& notification = *reinterpret_cast<const NMHDR*>(lParam);
-            std::optional<LRESULT> answer = NotificationReceived(notification, lParam);
-            if (!answer && notification.code == static_cast<UINT>(NM_CUSTOMDRAW) && IsList(notification.hwndFrom)) {
-                answer = PaintListRow(*reinterpret_cast<NMLVCUSTOMDRAW*>(lParam), look_);
-            }
-            SetWindowLongPtrW(handle_, DWLP_MSGRESULT, answer.value_or(0));
-            return answer.has_value() ? TRUE : FALSE;
-        }
+        case WM_CLOSE:
+            SavePlace();
+            CommandReceived(IDCANCEL, BN_CLICKED);
+            return TRUE;
+        case WM_NOTIFY:
+            return OnNotify(*reinterpret_cast<const NMHDR*>(lParam), lParam);
         case WM_CONTEXTMENU:
             ContextMenuRequested(reinterpret_cast<HWND>(wParam),
                                  {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
@@ -202,21 +204,44 @@ INT_PTR Dialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 handle_, DWLP_MSGRESULT,
                 menus_.CharacterTyped(reinterpret_cast<HMENU>(lParam), static_cast<wchar_t>(LOWORD(wParam))));
             return TRUE;
+        case WM_ERASEBKGND:
+            OnErase(reinterpret_cast<HDC>(wParam));
+            return TRUE;
         case WM_CTLCOLORDLG:
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
         case WM_CTLCOLOREDIT:
-        case WM_CTLCOLORLISTBOX: {
-            const bool isField = message == WM_CTLCOLOREDIT || message == WM_CTLCOLORLISTBOX ||
-                                 IsEdit(reinterpret_cast<HWND>(lParam));  // one that cannot be written to
-            const PaletteBrushes& brushes = Brushes();
-            const auto device = reinterpret_cast<HDC>(wParam);
-            return isField ? brushes.PaintText(device, brushes.Colors().ControlBack, brushes.ControlBack())
-                           : brushes.PaintText(device, brushes.Colors().WindowFill, brushes.WindowFill());
-        }
+        case WM_CTLCOLORLISTBOX:
+            return OnTextColors(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam),
+                                message == WM_CTLCOLOREDIT || message == WM_CTLCOLORLISTBOX);
         default:
             return FALSE;
     }
+}
+
+INT_PTR Dialog::OnNotify(const NMHDR& notification, LPARAM lParam) {
+    std::optional<LRESULT> answer = NotificationReceived(notification, lParam);
+    if (!answer && notification.code == static_cast<UINT>(NM_CUSTOMDRAW) && IsList(notification.hwndFrom)) {
+        answer = PaintListRow(*reinterpret_cast<NMLVCUSTOMDRAW*>(lParam), look_);
+    }
+    SetWindowLongPtrW(handle_, DWLP_MSGRESULT, answer.value_or(0));
+    return answer.has_value() ? TRUE : FALSE;
+}
+
+INT_PTR Dialog::OnTextColors(HDC device, HWND control, bool isField) const {
+    const PaletteBrushes& brushes = Brushes();
+    if (isField || IsEdit(control)) {  // one that cannot be written to asks as a label does
+        return brushes.PaintText(device, brushes.Colors().ControlBack, brushes.ControlBack());
+    }
+    return brushes.PaintText(device, brushes.Colors().WindowFill, brushes.WindowFill());
+}
+
+void Dialog::OnErase(HDC device) const {
+    RECT area{};
+    GetClientRect(handle_, &area);
+    FillRect(device, &area, Brushes().WindowFill());
+    DrawGround(device);
+    SetWindowLongPtrW(handle_, DWLP_MSGRESULT, TRUE);
 }
 
 void Dialog::Initialize() {
@@ -229,8 +254,13 @@ void Dialog::Initialize() {
     ColorFrame(handle_, *arguments_.Scheme);
     CreateControls();
     ColorControls();
-    PlaceOverOwner();
+    if (arguments_.PlaceSection.empty()) {
+        PlaceOverOwner();
+    } else {
+        PlaceWhereClosed();
+    }
     LayoutNow();
+    Opened();
 }
 
 SIZE Dialog::OuterSize(SIZE client) const {
@@ -255,6 +285,34 @@ void Dialog::PlaceOverOwner() {
     SetWindowPos(handle_, nullptr, left, top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+void Dialog::PlaceWhereClosed() {
+    // Settings may hold any number, and the system's own arithmetic with places overflows.
+    const auto onDesktop = [](int value) { return std::clamp(value, -32'768, 32'767); };
+    const WindowPlace place = ReadWindowPlace(*arguments_.Settings, arguments_.PlaceSection);
+    SetWindowPos(handle_, nullptr, onDesktop(place.Left), onDesktop(place.Top), onDesktop(place.Width),
+                 onDesktop(place.Height), SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Dialog::SavePlace() const {
+    if (arguments_.PlaceSection.empty()) {
+        return;
+    }
+    RECT place{};
+    GetWindowRect(handle_, &place);
+    if (IsZoomed(handle_)) {
+        // The size to which the window would return.
+        WINDOWPLACEMENT placement{};
+        placement.length = sizeof(placement);
+        GetWindowPlacement(handle_, &placement);
+        place = placement.rcNormalPosition;
+    }
+    WriteWindowPlace(*arguments_.Settings, arguments_.PlaceSection,
+                     {.Left = static_cast<int>(place.left),
+                      .Top = static_cast<int>(place.top),
+                      .Width = static_cast<int>(place.right - place.left),
+                      .Height = static_cast<int>(place.bottom - place.top)});
+}
+
 void Dialog::ChangeScale(Scale scale, const RECT& place) {
     look_.Resolution = scale;
     UniqueFont font = CreateInterfaceFont(scale, look_.Face);
@@ -262,6 +320,7 @@ void Dialog::ChangeScale(Scale scale, const RECT& place) {
         SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
     }
     font_ = std::move(font);
+    ScaleChanged();
     ColorControls();  // pictures in lists have a size, too
     SetWindowPos(handle_, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/settings_store.h"
 #include "theme/theme.h"
 #include "ui/win32/button_control.h"
 #include "ui/win32/control_look.h"
@@ -30,6 +31,10 @@ struct DialogArguments {
     SIZE ClientSize = {};      // for 96 dots per inch
     SIZE SmallestClient = {};  // likewise; the user may change the size when this is set
     Theme* Scheme = nullptr;   // outlives the dialog
+    // With a section the dialog opens where the settings say and writes its place there when it is closed, but not when
+    // it is cancelled; the user may change its size.
+    SettingsStore* Settings = nullptr;
+    std::wstring PlaceSection;
 };
 
 class Dialog {
@@ -39,7 +44,8 @@ class Dialog {
     Dialog(const Dialog&) = delete;
     Dialog& operator=(const Dialog&) = delete;
 
-    // Shows the dialog over the middle of its owner and returns when it has ended: true when it ended with End(true).
+    // Shows the dialog, over the middle of its owner or where it was closed last, and returns when it has ended: true
+    // when it ended with End(true). May be called again then.
     bool RunModal(const DialogArguments& arguments);
 
     HWND Handle() const { return handle_; }
@@ -49,6 +55,8 @@ class Dialog {
     virtual void CreateControls() = 0;
     // Places them in a client area of that size, in pixels.
     virtual void Layout(int width, int height) = 0;
+    // Everything has its place; the dialog is about to be seen.
+    virtual void Opened() {}
     // A control's command (its identifier, its notification code). IDCANCEL also comes from Escape and the close box.
     virtual void CommandReceived(int identifier, UINT code) = 0;
     // A notification of a control; none lets the default handling answer.
@@ -57,6 +65,10 @@ class Dialog {
     virtual void ContextMenuRequested(HWND, POINT) {}
     // The scheme's colours have changed; those of the controls have been set already.
     virtual void ColorsChanged() {}
+    // The resolution has changed; the controls have the dialog's font, and are placed after this.
+    virtual void ScaleChanged() {}
+    // Draws on the ground behind the controls, which has its colour already.
+    virtual void DrawGround(HDC) const {}
 
     void End(bool accepted);
 
@@ -82,6 +94,8 @@ class Dialog {
     Scale CurrentScale() const { return look_.Resolution; }
     int Pixels(int size) const { return look_.Resolution.Pixels(size); }  // a size at 96 dots per inch
     HFONT Font() const { return font_.get(); }
+    // The dialog's font in another size, for controls that are to stand out.
+    UniqueFont MakeFont(int lineHeight) const { return CreateInterfaceFont(look_.Resolution, look_.Face, lineHeight); }
     HINSTANCE Instance() const { return arguments_.Instance; }
     const PaletteBrushes& Brushes() const { return *look_.Brushes; }
 
@@ -89,8 +103,14 @@ class Dialog {
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
     INT_PTR HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    INT_PTR OnNotify(const NMHDR& notification, LPARAM lParam);
+    INT_PTR OnTextColors(HDC device, HWND control, bool isField) const;
+    void OnErase(HDC device) const;
     void Initialize();
+    bool IsResizable() const { return arguments_.SmallestClient.cx > 0 || !arguments_.PlaceSection.empty(); }
     void PlaceOverOwner();
+    void PlaceWhereClosed();
+    void SavePlace() const;
     SIZE OuterSize(SIZE client) const;
     void ChangeScale(Scale scale, const RECT& place);
     void LayoutNow();

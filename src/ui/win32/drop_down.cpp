@@ -7,12 +7,10 @@
 #include "theme/button_colors.h"
 #include "ui/win32/button_painter.h"
 #include "ui/win32/common_controls.h"
-#include "ui/win32/memory_device.h"
+#include "ui/win32/painted_control.h"
 
 namespace corvina::ui {
 namespace {
-
-constexpr UINT_PTR SubclassIdentifier = 12;
 
 // Sizes at 96 dots per inch.
 constexpr int TextMargin = 6;
@@ -36,114 +34,31 @@ void DrawEntry(HDC device, RECT area, const std::wstring& text, COLORREF color, 
     DrawTextW(device, text.c_str(), -1, &area, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
 }
 
-// Belongs to its control and goes with it.
-class PaintedDropDown {
+class PaintedDropDown final : public PaintedControl {
   public:
-    PaintedDropDown(HWND control, const ControlLook& look) : control_(control), look_(look) {}
-
-    static LRESULT CALLBACK Procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR identifier,
-                                      DWORD_PTR reference) {
-        auto* self = reinterpret_cast<PaintedDropDown*>(reference);
-        if (message == WM_NCDESTROY) {
-            RemoveWindowSubclass(control, &PaintedDropDown::Procedure, identifier);
-            delete self;
-            return DefSubclassProc(control, message, wParam, lParam);
-        }
-        return self->HandleMessage(message, wParam, lParam);
-    }
+    PaintedDropDown(HWND control, const ControlLook& look) : PaintedControl(control, look) {}
 
   private:
-    LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-        switch (message) {
-            case WM_ERASEBKGND:
-                return TRUE;
-            case WM_PAINT:
-                Paint();
-                return 0;
-            case WM_PRINTCLIENT:
-                Draw(reinterpret_cast<HDC>(wParam));
-                return 0;
-            case WM_MOUSEMOVE:
-                SetHot(true);
-                break;
-            case WM_MOUSELEAVE:
-                SetHot(false);
-                break;
-            default:
-                break;
-        }
-        const LRESULT answer = DefSubclassProc(control_, message, wParam, lParam);
-        if (ChangesLooks(message)) {
-            // Some versions draw the arrow at once, in their own way.
-            RedrawWindow(control_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_NOERASE);
-        }
-        return answer;
-    }
-
-    static bool ChangesLooks(UINT message) {
-        switch (message) {
-            case WM_SETFOCUS:
-            case WM_KILLFOCUS:
-            case WM_ENABLE:
-            case WM_LBUTTONDOWN:
-            case WM_LBUTTONUP:
-            case WM_CAPTURECHANGED:
-            case WM_KEYDOWN:
-            case WM_SETFONT:
-            case WM_UPDATEUISTATE:
-            case CB_SETCURSEL:
-            case CB_SHOWDROPDOWN:
-                return true;
-            default:
-                return false;
-        }
-    }
-
-    void SetHot(bool hot) {
-        if (hot != isHot_) {
-            isHot_ = hot;
-            if (hot) {
-                TRACKMOUSEEVENT tracking{sizeof(tracking), TME_LEAVE, control_, 0};
-                TrackMouseEvent(&tracking);
-            }
-            InvalidateRect(control_, nullptr, FALSE);
-        }
-    }
-
-    void Paint() const {
-        PAINTSTRUCT painting{};
-        Draw(BeginPaint(control_, &painting));
-        EndPaint(control_, &painting);
-    }
-
-    void Draw(HDC target) const {
-        RECT area{};
-        GetClientRect(control_, &area);
-        if (area.right <= 0 || area.bottom <= 0) {
-            return;
-        }
-        const MemoryDevice memory(target, {area.right, area.bottom});
-        const HDC device = memory.Get();
-        const Scale scale = look_.Resolution;
-        const PaletteBrushes& brushes = *look_.Brushes;
-        const ButtonState state{.Hot = isHot_,
-                                .Pressed = SendMessageW(control_, CB_GETDROPPEDSTATE, 0, 0) != FALSE,
-                                .Disabled = !IsWindowEnabled(control_)};
+    void Draw(HDC device, const RECT& area) const override {
+        const Scale scale = Look().Resolution;
+        const PaletteBrushes& brushes = *Look().Brushes;
+        const ButtonState state{.Hot = IsHot(),
+                                .Pressed = SendMessageW(Handle(), CB_GETDROPPEDSTATE, 0, 0) != FALSE,
+                                .Disabled = !IsWindowEnabled(Handle())};
         const ButtonColors colors = ColorsOfButton(ButtonKind::Push, state, brushes.Colors(), brushes.IsDark());
         const int line = std::max(scale.Pixels(1), 1);
         FillArea(device, area, colors.Face);
         DrawFrame(device, area, colors.Frame, line);
         RECT text = area;
         text.right -= scale.Pixels(2 * TextMargin + ArrowWidth);
-        const auto font = reinterpret_cast<HFONT>(SendMessageW(control_, WM_GETFONT, 0, 0));
-        const HGDIOBJ previous = SelectObject(device, font);
-        DrawEntry(device, text, EntryText(control_, SendMessageW(control_, CB_GETCURSEL, 0, 0)), colors.Text, scale);
+        const HGDIOBJ previous = SelectObject(device, Font());
+        DrawEntry(device, text, EntryText(Handle(), SendMessageW(Handle(), CB_GETCURSEL, 0, 0)), colors.Text, scale);
         SelectObject(device, previous);
         DrawArrow(device, area, colors.Text, scale);
-        const bool hidesFocus = (SendMessageW(control_, WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS) != 0;
-        if (GetFocus() == control_ && !hidesFocus) {
-            InflateRect(&area, -3 * line, -3 * line);
-            DrawFrame(device, area, colors.Text, line);
+        if (ShowsFocus()) {
+            RECT inside = area;
+            InflateRect(&inside, -3 * line, -3 * line);
+            DrawFrame(device, inside, colors.Text, line);
         }
     }
 
@@ -159,10 +74,6 @@ class PaintedDropDown {
         SelectObject(device, previous);
         DeleteObject(pen);
     }
-
-    HWND control_;
-    const ControlLook& look_;
-    bool isHot_ = false;
 };
 
 }  // namespace
@@ -181,11 +92,7 @@ HWND CreateDropDown(const DropDownArguments& arguments) {
         SendMessageW(control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
     }
     SendMessageW(control, CB_SETCURSEL, arguments.Selected, 0);
-    auto painted = std::make_unique<PaintedDropDown>(control, *arguments.Look);
-    if (SetWindowSubclass(control, &PaintedDropDown::Procedure, SubclassIdentifier,
-                          reinterpret_cast<DWORD_PTR>(painted.get()))) {
-        static_cast<void>(painted.release());
-    }
+    PaintedControl::Install(std::make_unique<PaintedDropDown>(control, *arguments.Look));
     return control;
 }
 

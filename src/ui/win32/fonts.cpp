@@ -33,9 +33,8 @@ std::wstring FaceOf(HWND window) {
     return handle != nullptr && GetObjectW(handle, sizeof(font), &font) != 0 ? font.lfFaceName : UsualFace;
 }
 
-UniqueFont CreateInterfaceFont(Scale scale, const std::wstring& face) {
-    constexpr int LineHeight = 16;
-    return UniqueFont(CreateFontW(scale.Pixels(LineHeight), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+UniqueFont CreateInterfaceFont(Scale scale, const std::wstring& face, int lineHeight) {
+    return UniqueFont(CreateFontW(scale.Pixels(lineHeight), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                                   OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS,
                                   face.c_str()));
 }

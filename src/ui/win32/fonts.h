@@ -16,8 +16,8 @@ std::wstring InterfaceFace(std::span<const std::wstring_view> wanted);
 // The face of the font that a window answers to WM_GETFONT; Tahoma when it has none.
 std::wstring FaceOf(HWND window);
 
-// The font of labels, fields, tree and list, in lines of 16 pixels at 96 dots per inch.
-UniqueFont CreateInterfaceFont(Scale scale, const std::wstring& face);
+// The font of the program's texts; labels, fields, tree and list have lines of 16 pixels at 96 dots per inch.
+UniqueFont CreateInterfaceFont(Scale scale, const std::wstring& face, int lineHeight = 16);
 
 // Width and height of a text in one line, in pixels.
 SIZE TextExtent(HWND window, HFONT font, std::wstring_view text);

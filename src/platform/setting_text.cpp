@@ -1,4 +1,4 @@
-#include "app/setting_text.h"
+#include "platform/setting_text.h"
 
 namespace corvina {
 
