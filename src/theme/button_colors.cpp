@@ -49,7 +49,8 @@ ButtonColors ColorsOfButton(ButtonKind kind, const ButtonState& state, const Pal
     const bool isBox = kind == ButtonKind::CheckBox || kind == ButtonKind::RadioButton;
     if (isBox || (kind == ButtonKind::Tab && shown.Checked)) {
         // A box is a field to fill in; an open tab is one with its page.
-        colors.Face = shown.Pressed ? colors.Face : palette.WindowFill;
+        const bool answersTheMouse = shown.Pressed || (shown.Hot && !isDark);
+        colors.Face = answersTheMouse ? colors.Face : palette.WindowFill;
     }
     if (isBox && !shown.Hot && !shown.Pressed) {
         // A box is small, and its frame is all that can be seen of it.

@@ -90,6 +90,10 @@ void DarkMode::SetDarkTitleBar(NativeWindow window, DisplayMode mode) {
     }
 }
 
+void DarkMode::ResetTitleBar(NativeWindow window) {
+    api_.SetDwmAttribute(window, UseImmersiveDarkMode, 0);
+}
+
 bool DarkMode::IsColorChange(std::wstring_view changed) const {
     return api_.EqualIgnoringCase(changed, L"ImmersiveColorSet");
 }

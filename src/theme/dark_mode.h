@@ -34,6 +34,9 @@ class DarkMode {
     // Colours the title bar for one of the two fixed schemes; following the system leaves it alone.
     void SetDarkTitleBar(NativeWindow window, DisplayMode mode);
 
+    // Takes back what SetDarkTitleBar has asked for; the title bar is the system's again.
+    void ResetTitleBar(NativeWindow window);
+
     // Whether the text of a WM_SETTINGCHANGE speaks of the colours.
     bool IsColorChange(std::wstring_view changed) const;
 

@@ -134,6 +134,49 @@ TEST_F(DetailsWindowGui, ShowsTheEventOnTwoTabsAndStepsToBothEnds) {
     });
 }
 
+TEST_F(DetailsWindowGui, KeysReachEverythingAndArrowsEndWithTheList) {
+    StartWithLog(3);
+    Open([this] {
+        const auto press = [this](WPARAM key) {
+            MSG message{};
+            message.hwnd = GetFocus();
+            message.wParam = key;
+            message.lParam = 1;
+            for (const UINT kind : {WM_KEYDOWN, WM_KEYUP}) {
+                message.message = kind;
+                if (!IsDialogMessageW(window_, &message)) {
+                    DispatchMessageW(&message);
+                }
+            }
+        };
+        EXPECT_FALSE(IsWindowEnabled(ButtonWindow(Previous))) << "the first row is selected";
+        for (const HWND expected :
+             {ButtonWindow(General), ButtonWindow(Next), BoxWindow(Left), BoxWindow(Right), BoxWindow(Description)}) {
+            press(VK_TAB);
+            EXPECT_EQ(GetFocus(), expected);
+        }
+        press(VK_TAB);
+        press(VK_RIGHT);
+        EXPECT_EQ(Visible(), "0001");
+        EXPECT_EQ(SendMessageW(ButtonWindow(Details), BM_GETCHECK, 0, 0), BST_CHECKED);
+        press(VK_LEFT);
+        EXPECT_EQ(Visible(), "1110");
+        press(VK_TAB);
+        press(VK_SPACE);
+        EXPECT_EQ(SelectedRowNumbers(), std::vector<int>{1});
+        EXPECT_TRUE(IsWindowEnabled(ButtonWindow(Previous)));
+        EXPECT_EQ(GetFocus(), ButtonWindow(Next));
+        press(VK_RETURN);
+        EXPECT_EQ(SelectedRowNumbers(), std::vector<int>{2});
+        EXPECT_FALSE(IsWindowEnabled(ButtonWindow(Next)));
+        EXPECT_EQ(GetFocus(), BoxWindow(Description)) << "a disabled arrow would swallow the keys";
+        EXPECT_EQ(TextOf(ButtonWindow(Previous)), L"Previous item");
+        EXPECT_EQ(TextOf(ButtonWindow(Next)), L"Next Element");
+        Close();
+        return true;
+    });
+}
+
 TEST_F(DetailsWindowGui, EscapeLeavesTheSavedPlace) {
     StartWithLog(2);
     WriteSetting(L"CorvinaDetails", L"MainWindowLeft", L"-90");

@@ -22,7 +22,8 @@ enum Identifier : int {
     Field = 130,
     SelectedList,
     List,
-    Choice
+    Choice,
+    Arrow
 };
 
 // Every control there is, in rows below one another.
@@ -44,7 +45,7 @@ class SampleDialog : public Dialog {
   private:
     void CreateControls() override {
         AddButton(ButtonKind::Tab, L"First", FirstTab, true);
-        AddButton(ButtonKind::Tab, L"Second", SecondTab);
+        AddButton(ButtonKind::Tab, L"Se&cond", SecondTab);
         for (int i = 0; i < 4; ++i) {
             AddCheckBox(L"A check box", FirstBox + i, static_cast<CheckState>(i));
         }
@@ -66,6 +67,7 @@ class SampleDialog : public Dialog {
         AddList(0, List);
         const std::vector<std::wstring> entries = {L"one", L"two"};
         AddDropDown(Choice, entries, 1);
+        AddButton(ButtonKind::UpArrow, L"Previous", Arrow);
         AddButton(ButtonKind::DefaultPush, L"A button with a long text in some language", IDOK);
         AddButton(ButtonKind::Push, L"Cancel", IDCANCEL);
         SetFocus(Control(FirstBox));
@@ -81,6 +83,7 @@ class SampleDialog : public Dialog {
             top += rowHeight + Pixels(4);
         }
         PlaceDropDown(Control(Choice), Pixels(8), top, Pixels(200), Pixels(24));
+        MoveWindow(Control(Arrow), Pixels(220), top, Pixels(24), Pixels(24), TRUE);
     }
     void CommandReceived(int identifier, UINT code) override {
         if (code == BN_CLICKED) {
@@ -224,6 +227,21 @@ TEST_P(DialogTest, KeysGoRoundGroupsAndEndTheDialog) {
         EXPECT_TRUE(IsChecked(dialog.Control(FirstRadio + 2))) << "the arrows stay in the group";
         Press(dialog, VK_TAB);
         EXPECT_EQ(GetFocus(), dialog.Control(Field));
+        SetFocus(dialog.Control(FirstTab));
+        Press(dialog, VK_RIGHT);
+        EXPECT_TRUE(IsChecked(dialog.Control(SecondTab)));
+        Press(dialog, VK_RIGHT);
+        EXPECT_TRUE(IsChecked(dialog.Control(FirstTab)));
+        SetFocus(dialog.Control(Field));
+        PostMessageW(GetFocus(), WM_SYSCHAR, L'c', 0x20000001);
+        Pump(dialog.Handle());
+        EXPECT_TRUE(IsChecked(dialog.Control(SecondTab))) << "the mnemonic was not found";
+        dialog.Commands.clear();
+        SendMessageW(dialog.Handle(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Control(Arrow)), TRUE);
+        Press(dialog, VK_RETURN);
+        Press(dialog, VK_SPACE);
+        EXPECT_EQ(dialog.Commands, (std::vector<int>{Arrow, Arrow}));
+        SendMessageW(dialog.Handle(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Control(Field)), TRUE);
         PostMessageW(GetFocus(), WM_KEYDOWN, VK_RETURN, 1);
     }));
     EXPECT_FALSE(In([](SampleDialog&) { PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 1); }));
@@ -231,11 +249,9 @@ TEST_P(DialogTest, KeysGoRoundGroupsAndEndTheDialog) {
 
 TEST_P(DialogTest, ScreenReadersFindTheControlsOfTheSystem) {
     In([](SampleDialog& dialog) {
-        const std::vector<std::pair<int, LONG_PTR>> types = {{FirstTab, BS_AUTORADIOBUTTON},
-                                                             {FirstBox, BS_AUTOCHECKBOX},
-                                                             {FirstRadio, BS_AUTORADIOBUTTON},
-                                                             {IDOK, BS_DEFPUSHBUTTON},
-                                                             {IDCANCEL, BS_PUSHBUTTON}};
+        const std::vector<std::pair<int, LONG_PTR>> types = {
+            {FirstTab, BS_AUTORADIOBUTTON}, {FirstBox, BS_AUTOCHECKBOX}, {FirstRadio, BS_AUTORADIOBUTTON},
+            {Arrow, BS_PUSHBUTTON},         {IDOK, BS_DEFPUSHBUTTON},    {IDCANCEL, BS_PUSHBUTTON}};
         for (const auto& [identifier, type] : types) {
             const HWND control = dialog.Control(identifier);
             wchar_t text[64] = {};
@@ -310,6 +326,29 @@ TEST_P(DialogTest, TextsFitAtEveryResolution) {
             GetObjectW(reinterpret_cast<HGDIOBJ>(SendMessageW(dialog.Control(FirstBox), WM_GETFONT, 0, 0)),
                        sizeof(font), &font);
             EXPECT_EQ(font.lfHeight, 16 * dots / 96);
+        }
+    });
+}
+
+TEST_P(DialogTest, EveryPaintedControlShowsWhereTheMouseIs) {
+    In([](SampleDialog& dialog) {
+        SetFocus(dialog.Control(Field));  // what is disabled below would lose it
+        for (const int identifier : {static_cast<int>(FirstTab), FirstBox + 0, FirstRadio + 1, static_cast<int>(Choice),
+                                     static_cast<int>(Arrow), IDOK}) {
+            const HWND control = dialog.Control(identifier);
+            const auto plain = PixelsOf(control);
+            SendMessageW(control, WM_MOUSEMOVE, 0, MAKELPARAM(10, 10));
+            const auto hot = PixelsOf(control);
+            EXPECT_NE(hot, plain) << identifier;
+            SendMessageW(control, WM_MOUSELEAVE, 0, 0);
+            EXPECT_EQ(PixelsOf(control), plain) << identifier;
+
+            SendMessageW(control, WM_MOUSEMOVE, 0, MAKELPARAM(10, 10));
+            EnableWindow(control, FALSE);
+            const auto disabled = PixelsOf(control);
+            EXPECT_TRUE(disabled != plain && disabled != hot) << identifier;
+            EnableWindow(control, TRUE);
+            EXPECT_EQ(PixelsOf(control), plain) << identifier << " kept the mouse while it was disabled";
         }
     });
 }

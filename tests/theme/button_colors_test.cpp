@@ -33,8 +33,8 @@ class ButtonColorsTest : public testing::TestWithParam<bool> {
 };
 
 TEST_P(ButtonColorsTest, TextsAndMarksCanBeReadInEveryState) {
-    for (const ButtonKind kind :
-         {ButtonKind::Push, ButtonKind::DefaultPush, ButtonKind::Tab, ButtonKind::CheckBox, ButtonKind::RadioButton}) {
+    for (const ButtonKind kind : {ButtonKind::Push, ButtonKind::DefaultPush, ButtonKind::UpArrow, ButtonKind::Tab,
+                                  ButtonKind::CheckBox, ButtonKind::RadioButton}) {
         for (int bits = 0; bits < 16; ++bits) {
             const ButtonState state{(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0};
             const ButtonColors colors = Of(kind, state);

@@ -99,6 +99,8 @@ TEST_F(DarkModeTest, TitleBarsOfTheFixedSchemes) {
     EXPECT_EQ(api_.TakeCalls(), (Calls{L"Dwm 20 16777215", L"Composition 26 1"}));
     mode.SetDarkTitleBar(&window_, DisplayMode::FollowSystem);
     EXPECT_TRUE(api_.TakeCalls().empty());
+    mode.ResetTitleBar(&window_);
+    EXPECT_EQ(api_.TakeCalls(), Calls{L"Dwm 20 0"});
     DarkMode unsupported = Init({6, 1, 7601});
     unsupported.SetDarkTitleBar(&window_, DisplayMode::White);
     EXPECT_EQ(api_.TakeCalls(), Calls{L"Dwm 20 16777215"});

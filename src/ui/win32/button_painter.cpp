@@ -147,6 +147,7 @@ RECT FocusArea(HDC device, const RECT& area, const ButtonPicture& button, Scale 
         focus.right = std::min(text.right + scale.Pixels(3), area.right);
     } else {
         InflateRect(&focus, -scale.Pixels(FocusInset), -scale.Pixels(FocusInset));
+        focus.bottom -= button.Kind == ButtonKind::Tab ? scale.Pixels(TabLine) - 1 : 0;
     }
     return focus;
 }

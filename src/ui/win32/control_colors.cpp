@@ -155,6 +155,9 @@ LRESULT PaintListRow(NMLVCUSTOMDRAW& painting, const ControlLook& look) {
 void ColorFrame(HWND window, Theme& scheme) {
     if (scheme.Mode() == DisplayMode::Black) {
         scheme.System().SetDarkTitleBar(window, scheme.Mode());
+    } else {
+        // The window may have been open in the dark scheme. What the system asks for is set last.
+        scheme.System().ResetTitleBar(window);
     }
     scheme.System().AllowDarkForControl(window, scheme.IsDark());
     scheme.System().AllowDarkForWindow(window);
