@@ -1,5 +1,7 @@
 #include "search/regex_matcher.h"
 
+#include <algorithm>
+
 #include "search/regex_character.h"
 #include "search/utf8_sequence.h"
 
@@ -14,10 +16,14 @@ constexpr std::size_t RestAfter(std::size_t index) {
     return index + 2;
 }
 
+bool IsAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
 }  // namespace
 
 RegexMatcher::RegexMatcher(const RegexPattern& pattern, std::string_view text)
-    : pattern_(pattern), text_(ValidPart(text)), isWhole_(text_.size() == text.size()) {
+    : pattern_(pattern), text_(ValidPart(text)), isWhole_(text_.size() == text.size()), isAscii_(IsAscii(text_)) {
     runs_.fill({std::string_view::npos, std::string_view::npos});
 }
 
@@ -137,7 +143,10 @@ bool RegexMatcher::MatchAtLeastOnce(std::size_t index, std::size_t first) {
 bool RegexMatcher::MatchCounted(std::size_t index, std::size_t position) {
     const RegexToken& quantifier = pattern_.Token(index + 1);
     const std::size_t rest = RestAfter(index);
-    const std::size_t end = RunEnd(index, position);
+    std::size_t end = RunEnd(index, position);
+    if (isAscii_) {
+        end = std::min(end, position + quantifier.Maximum);
+    }
     // There are at least as many bytes as characters.
     const bool reachesEnd = end - position <= quantifier.Maximum;
     for (std::size_t count = 0; position <= end && count <= quantifier.Maximum; ++count) {

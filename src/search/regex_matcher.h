@@ -5,8 +5,8 @@
 // place, so it is not tried again where it is known to have failed; and the end of a run of characters that one token
 // matches is the same from everywhere in the run. The notes have a fixed size, so a few things may still be tried
 // again; but for "a*a*a*a*a*b" over nothing but a's, and for all patterns that were tried, the time grows like the
-// length of the text. Only for "{m,n}" over runs that are longer than m or n it grows like the length times that
-// number.
+// length of the text. Only "{m,n}" takes m steps at each place, and n steps in runs that are longer than n in texts
+// beyond ASCII.
 #pragma once
 
 #include <array>
@@ -54,6 +54,7 @@ class RegexMatcher {
     const RegexPattern& pattern_;
     std::string_view text_;  // as far as it is UTF-8
     bool isWhole_;           // that is all of it
+    bool isAscii_;           // so that bytes can be counted for characters
     RegexOccurrence occurrence_;
     // By the index of a token: where the row from this token on is known not to match; and a run of characters that the
     // token matches, up to the first one that it does not.

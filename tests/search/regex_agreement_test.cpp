@@ -10,6 +10,11 @@
 #include "search/plain_regex_matcher.h"
 #include "search/tsm_regex_match.h"
 
+#if defined(__GNUC__) && !defined(__clang__)
+// Under the sanitizers the compiler takes parts of the library's expressions for uninitialized.
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
 namespace corvina::test {
 namespace {
 

@@ -298,6 +298,8 @@ TEST(Regex, LongTextsCostNoMoreThanTheirLength) {
            {"\\w+-\\w+-\\w+-\\w+@", Times(20'000, "aaaa-"), No},
            {Times(14, "a?") + "b", text, No},
            {"a?a*a+a?[^b]*a+b", text, No},
+           {"[^c]*[ac]+.{2,}b{0,3}d", Times(50'000, "ab"), No},
+           {".*a+.{2,}.[ac]*d", Times(30'000, "aab"), No},
            {"^a{3}a{0,9}a{0,9}a{0,9}a{0,9}a{0,9}b", text, No},
            {"\\w{2,}@", text.substr(0, 60'000), No},
            {"a{0,}a{0,}a{0,}a{0,}b", text.substr(0, 60'000), No},
