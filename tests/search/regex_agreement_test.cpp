@@ -10,11 +10,6 @@
 #include "search/plain_regex_matcher.h"
 #include "search/tsm_regex_match.h"
 
-#if defined(__GNUC__) && !defined(__clang__)
-// Under the sanitizers the compiler takes parts of the library's expressions for uninitialized.
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
-
 namespace corvina::test {
 namespace {
 
@@ -34,14 +29,15 @@ class RandomText {
         return text;
     }
 
-    // A pattern that means the same in both kinds of expressions.
+    // A pattern that means the same in both kinds of expressions. Beyond ASCII it has signs alone, since whether
+    // letters there are of \w depends on the system in the standard library.
     std::string CommonPattern() {
         std::string pattern;
         for (std::size_t alternatives = 1 + Below(3); alternatives > 0; --alternatives) {
             pattern += OneOf({"", "", "", "^"});
             for (std::size_t parts = Below(4); parts > 0; --parts) {
-                pattern += OneOf({"a", "b", "1", "é", ".", "\\.", "\\d", "\\D", "\\w", "\\W", "\\s", "\\S", "[ab]",
-                                  "[^b]", "[a-c\\d]", "[^\\s1]", "[é-ü]", "[\\]x]"});
+                pattern += OneOf({"a", "b", "1", "€", ".", "\\.", "\\d", "\\D", "\\w", "\\W", "\\s", "\\S", "[ab]",
+                                  "[^b]", "[a-c\\d]", "[^\\s1]", "[€-™]", "[\\]x]"});
                 pattern += OneOf({"", "", "", "*", "+", "?", "{2}", "{1,2}", "{0,}", "{2,}"});
             }
             pattern += OneOf({"", "", "", "$"});
@@ -62,7 +58,7 @@ TEST(RegexAgreement, WithTheStandardLibrary) {
         const std::string pattern = random.CommonPattern();
         const std::wregex standard(WideFromUtf8(pattern));
         for (int texts = 0; texts < 8; ++texts) {
-            const std::string text = random.Some(8, {"a", "a", "b", "1", "c", " ", ".", "]", "é", "ö"});
+            const std::string text = random.Some(8, {"a", "a", "b", "1", "c", " ", ".", "]", "€", "℅"});
             const bool occurs = std::regex_search(WideFromUtf8(text), standard);
             ASSERT_EQ(tsm_regex_match(pattern.c_str(), text.c_str()), occurs ? RegexOccurs : RegexDoesNotOccur)
                 << "pattern " << pattern << ", text " << text;
