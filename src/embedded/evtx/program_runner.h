@@ -100,10 +100,13 @@ class ProgramRunner {
     }
 
     bool RunRange(const Frame& frame, std::size_t index, std::size_t end, const RepeatedItem* repeated) {
-        const InstructionList& list = ListOf(frame.Code);
+        // Text is written through pointers that could point to anything, for all that the compiler knows: what does not
+        // change is fetched once.
+        const Instruction* const list = ListOf(frame.Code).data();
+        const char* const literals = frame.Code.Literals.data();
         while (index < end) {
             const Instruction& instruction = list[index++];
-            if (!AddLiteral(frame, instruction)) {
+            if (!AddLiteral(literals, instruction)) {
                 return false;
             }
             // Substitutions first: a rendering consists of little else.
@@ -131,12 +134,11 @@ class ProgramRunner {
         return frame.Depth == 0 && instruction.Depth == 0;
     }
 
-    bool AddLiteral(const Frame& frame, const Instruction& instruction) {
+    bool AddLiteral([[maybe_unused]] const char* literals, [[maybe_unused]] const Instruction& instruction) {
         if constexpr (!Handler::WantsStructure) {
-            if (instruction.Length > 0) {
-                const char* literals = frame.Code.Literals.data();
-                handler_.Literal({literals + instruction.Place, instruction.Length}, instruction.Ascii);
-                return Charge(instruction.Length);
+            if (const std::uint32_t length = instruction.Length; length > 0) {
+                handler_.Literal({literals + instruction.Place, length}, instruction.Ascii);
+                return Charge(length);
             }
         }
         return true;

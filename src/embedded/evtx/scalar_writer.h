@@ -1,8 +1,10 @@
 // Writes numbers, times and identifiers as characters below 128, straight into the text that they become part of.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <span>
 #include <string_view>
 
@@ -10,6 +12,20 @@
 #include "embedded/evtx/byte_reader.h"
 
 namespace corvina::evtx {
+
+// The two digits of every number below Count, one number after the other.
+template <std::size_t Count>
+constexpr std::array<char, 2 * Count> DigitPairs(std::string_view digits) {
+    std::array<char, 2 * Count> pairs{};
+    for (std::size_t number = 0; number < Count; ++number) {
+        pairs[2 * number] = digits[number / digits.size()];
+        pairs[2 * number + 1] = digits[number % digits.size()];
+    }
+    return pairs;
+}
+
+inline constexpr auto DecimalPairs = DigitPairs<100>("0123456789");
+inline constexpr auto HexadecimalPairs = DigitPairs<256>("0123456789abcdef");
 
 // No value is longer than this: a security identifier with 15 sub-authorities has 184 characters.
 inline constexpr std::size_t LongestScalar = 256;
@@ -35,26 +51,42 @@ class ScalarWriter {
     }
 
     ScalarWriter& Decimal(std::uint64_t number) {
-        char digits[20];
-        std::size_t count = 0;
+        if (number < 10) {
+            return Put(static_cast<char>('0' + number));
+        }
+        std::array<char, 20> digits;
+        char* begin = digits.data() + digits.size();
+        const auto addPair = [&begin](std::size_t pair) {
+            *--begin = DecimalPairs[2 * pair + 1];
+            *--begin = DecimalPairs[2 * pair];
+        };
         while (number > UINT32_MAX) {
-            digits[count++] = static_cast<char>('0' + number % 10);
-            number /= 10;
+            addPair(number % 100);
+            number /= 100;
         }
         // Most numbers are small, and divisions of 32 bits faster.
         auto small = static_cast<std::uint32_t>(number);
-        do {
-            digits[count++] = static_cast<char>('0' + small % 10);
-            small /= 10;
-        } while (small != 0);
-        return PutReversed(digits, count);
+        while (small >= 10) {
+            addPair(small % 100);
+            small /= 100;
+        }
+        if (small > 0) {
+            *--begin = static_cast<char>('0' + small);
+        }
+        return Put({begin, digits.data() + digits.size()});
     }
 
     // With zeros in front up to `width` digits; more digits where the number has more.
     ScalarWriter& Padded(std::uint32_t number, std::size_t width) {
         std::uint32_t rest = number;
-        for (std::size_t place = width; place > 0; --place) {
-            out_[place - 1] = static_cast<Char>('0' + rest % 10);
+        std::size_t place = width;
+        for (; place >= 2; place -= 2) {
+            out_[place - 2] = static_cast<Char>(DecimalPairs[2 * (rest % 100)]);
+            out_[place - 1] = static_cast<Char>(DecimalPairs[2 * (rest % 100) + 1]);
+            rest /= 100;
+        }
+        if (place == 1) {
+            out_[0] = static_cast<Char>('0' + rest % 10);
             rest /= 10;
         }
         if (rest != 0) {
@@ -82,8 +114,8 @@ class ScalarWriter {
             if (index == 4 || index == 6 || index == 8 || index == 10) {
                 Put('-');
             }
-            const std::uint8_t byte = LoadUInt8(&guid[Order[index]]);
-            Put("0123456789abcdef"[byte >> 4]).Put("0123456789abcdef"[byte & 0xF]);
+            const char* const pair = &HexadecimalPairs[2 * std::size_t{LoadUInt8(&guid[Order[index]])}];
+            Put(pair[0]).Put(pair[1]);
         }
         return Put('}');
     }

@@ -52,7 +52,7 @@ constexpr IntegerType IntegerTypeOf(ValueType type) {
 }
 
 // The bits of a value that is not empty. Where a writer stored fewer bytes than the type has, those are the low ones.
-std::uint64_t IntegerOf(Bytes chunk, const Value& value, IntegerType type) {
+inline std::uint64_t IntegerOf(Bytes chunk, const Value& value, IntegerType type) {
     const std::size_t stored = std::min<std::size_t>(type.Size, value.Size);
     std::uint64_t number = 0;
     if (chunk.size() - value.Offset >= sizeof number) {
@@ -146,19 +146,23 @@ void AppendItemText(std::span<const std::byte> chunk, const Value& value, Escapi
     if (value.Size == 0 || value.IsNull() || value.Type == ValueType::BinaryXml) {
         return;
     }
+    if (const IntegerType type = IntegerTypeOf(value.Type); type.Form != IntegerForm::None) {
+        ScalarWriter<Char> out(text.Room(LongestScalar));
+        PutInteger(type.Form, IntegerOf(chunk, value, type), out);
+        text.SetEnd(out.End());
+        return;
+    }
     if (value.Type == ValueType::AnsiText) {
         AppendAnsiText(TextBytes(chunk, value), escaping, text);
         return;
     }
     ScalarWriter<Char> out(text.Room(LongestScalar));
     const Bytes bytes = chunk.subspan(value.Offset, value.Size);
-    if (const IntegerType type = IntegerTypeOf(value.Type); type.Form != IntegerForm::None) {
-        PutInteger(type.Form, IntegerOf(chunk, value, type), out);
-    } else if (!PutScalar(value.Type, bytes, out)) {
+    if (PutScalar(value.Type, bytes, out)) {
+        text.SetEnd(out.End());
+    } else {
         AppendBytes(bytes, text);
-        return;
     }
-    text.SetEnd(out.End());
 }
 
 }  // namespace

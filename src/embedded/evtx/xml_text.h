@@ -53,9 +53,13 @@ inline void AppendLiteral(std::string_view utf8, [[maybe_unused]] bool ascii, Te
     // Most literals are short: whole blocks of a fixed size are faster than the exact number of characters.
     Char* out = text.Room(utf8.size() + LiteralPadding);
     for (std::size_t begin = 0; begin < utf8.size(); begin += LiteralPadding) {
-        std::array<char, LiteralPadding> block;
-        std::memcpy(block.data(), utf8.data() + begin, block.size());
-        std::copy(block.begin(), block.end(), out + begin);
+        if constexpr (sizeof(Char) == 1) {
+            std::memcpy(out + begin, utf8.data() + begin, LiteralPadding);
+        } else {
+            std::array<char, LiteralPadding> block;
+            std::memcpy(block.data(), utf8.data() + begin, block.size());
+            std::copy(block.begin(), block.end(), out + begin);
+        }
     }
     text.SetEnd(out + utf8.size());
 }
