@@ -45,7 +45,10 @@ bool LogCursor::NextChunk() {
     if (!HoldChunk()) {
         return false;
     }
-    log_->NoteRecordIds(CurrentChunk(), *chunk_, memory_);
+    // A filter may look at much less of each event than that.
+    if (takesEverything_ || selection_->RecordIds()) {
+        log_->NoteRecordIds(CurrentChunk(), *chunk_, memory_);
+    }
     return true;
 }
 
