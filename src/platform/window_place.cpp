@@ -22,11 +22,11 @@ constexpr PlaceKey Keys[] = {{L"MainWindowLeft", &WindowPlace::Left},
 
 }  // namespace
 
-WindowPlace ReadWindowPlace(const SettingsStore& settings, std::wstring_view section) {
-    WindowPlace place;
+WindowPlace ReadWindowPlace(const SettingsStore& settings, std::wstring_view section, const WindowPlace& ifMissing) {
+    WindowPlace place = ifMissing;
     for (const auto& [name, value] : Keys | std::views::reverse) {
-        const std::wstring ifMissing = FormatText(L"%i", {place.*value});
-        place.*value = IntegerFromFloatingText(ReadSettingOrDefault(settings, section, name, ifMissing));
+        const std::wstring defaultText = FormatText(L"%i", {place.*value});
+        place.*value = IntegerFromFloatingText(ReadSettingOrDefault(settings, section, name, defaultText));
     }
     return place;
 }

@@ -17,9 +17,10 @@ struct WindowPlace {
     bool operator==(const WindowPlace&) const = default;
 };
 
-// Takes what is missing from the defaults above. Any other text counts as the number at its front, and no place is
+// Takes what is missing from `ifMissing`. Any other text counts as the number at its front, and no place is
 // refused: one off all screens may be on a monitor that comes back.
-WindowPlace ReadWindowPlace(const SettingsStore& settings, std::wstring_view section);
+WindowPlace ReadWindowPlace(const SettingsStore& settings, std::wstring_view section,
+                            const WindowPlace& ifMissing = {});
 
 void WriteWindowPlace(SettingsStore& settings, std::wstring_view section, const WindowPlace& place);
 

@@ -140,6 +140,11 @@ TEST_F(SettingsTest, EveryWindowHasAPlaceOfItsOwn) {
     EXPECT_EQ(ReadWindowPlace(settings_, L"CorvinaDetails"), moved) << "off all screens is a place like any other";
     EXPECT_EQ(ReadWindowPlace(settings_, L"Corvina"), (WindowPlace{10, 10, 800, 600}));
 
+    const WindowPlace first{1, 2, 1600, 1200};
+    EXPECT_EQ(ReadWindowPlace(settings_, L"Other", first), first);
+    settings_.Set(L"Other", L"MainWindowWidth", L"70");
+    EXPECT_EQ(ReadWindowPlace(settings_, L"Other", first), (WindowPlace{1, 2, 70, 1200}));
+
     settings_.Set(L"CorvinaDetails", L"MainWindowTop", L"99999999999999999999");
     settings_.Set(L"CorvinaDetails", L"MainWindowWidth", L"wide");
     settings_.Set(L"CorvinaDetails", L"MainWindowHeigth", L"");

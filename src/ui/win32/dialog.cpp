@@ -33,6 +33,13 @@ bool IsEdit(HWND control) {
     return lstrcmpiW(name, L"Edit") == 0;
 }
 
+RECT WorkAreaOf(HWND window) {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+    return monitor.rcWork;
+}
+
 }  // namespace
 
 bool Dialog::RunModal(const DialogArguments& arguments) {
@@ -276,10 +283,7 @@ void Dialog::PlaceOverOwner() {
     const SIZE size = OuterSize(arguments_.ClientSize);
     RECT owner{};
     GetWindowRect(arguments_.Owner, &owner);
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof(monitor);
-    GetMonitorInfoW(MonitorFromWindow(arguments_.Owner, MONITOR_DEFAULTTONEAREST), &monitor);
-    const RECT& work = monitor.rcWork;
+    const RECT work = WorkAreaOf(arguments_.Owner);
     const LONG left = std::max(work.left, std::min((owner.left + owner.right - size.cx) / 2, work.right - size.cx));
     const LONG top = std::max(work.top, std::min((owner.top + owner.bottom - size.cy) / 2, work.bottom - size.cy));
     SetWindowPos(handle_, nullptr, left, top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -288,7 +292,15 @@ void Dialog::PlaceOverOwner() {
 void Dialog::PlaceWhereClosed() {
     // Settings may hold any number, and the system's own arithmetic with places overflows.
     const auto onDesktop = [](int value) { return std::clamp(value, -32'768, 32'767); };
-    const WindowPlace place = ReadWindowPlace(*arguments_.Settings, arguments_.PlaceSection);
+    // Saved sizes are pixels; the first one has to hold controls that grow with the resolution, as far as there is
+    // room.
+    const RECT work = WorkAreaOf(arguments_.Owner);
+    WindowPlace first;
+    first.Width = std::clamp(static_cast<int>(work.right - work.left) - 2 * first.Left, first.Width,
+                             std::max(first.Width, Pixels(first.Width)));
+    first.Height = std::clamp(static_cast<int>(work.bottom - work.top) - 2 * first.Top, first.Height,
+                              std::max(first.Height, Pixels(first.Height)));
+    const WindowPlace place = ReadWindowPlace(*arguments_.Settings, arguments_.PlaceSection, first);
     SetWindowPos(handle_, nullptr, onDesktop(place.Left), onDesktop(place.Top), onDesktop(place.Width),
                  onDesktop(place.Height), SWP_NOZORDER | SWP_NOACTIVATE);
 }
