@@ -1,11 +1,13 @@
 #include "embedded/channel.h"
 
+#include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <utility>
 
+#include "base/letter_case.h"
 #include "base/path_text.h"
 #include "embedded/evtx/channel_file_name.h"
-#include "embedded/fold_case.h"
 
 namespace corvina::embedded {
 namespace {
@@ -32,17 +34,20 @@ std::optional<std::uint64_t> ParseNumber(std::wstring_view text) {
 }
 
 void ApplyBoolean(const IniSection& section, std::wstring_view key, bool& value) {
-    const std::wstring text = FoldCase(section.Find(key).value_or(std::wstring()));
-    if (text == L"true" || text == L"yes" || text == L"1") {
+    const std::wstring text = section.Find(key).value_or(std::wstring());
+    const auto isOneOf = [&text](std::initializer_list<std::wstring_view> words) {
+        return std::ranges::any_of(words, [&text](std::wstring_view word) { return EqualIgnoringCase(text, word); });
+    };
+    if (isOneOf({L"true", L"yes", L"1"})) {
         value = true;
-    } else if (text == L"false" || text == L"no" || text == L"0") {
+    } else if (isOneOf({L"false", L"no", L"0"})) {
         value = false;
     }
 }
 
 std::optional<EVT_CHANNEL_TYPE> ParseType(std::wstring_view text) {
     for (std::size_t index = 0; index < TypeNames.size(); ++index) {
-        if (EqualWithoutCase(text, TypeNames[index].first) || ParseNumber(text) == index) {
+        if (EqualIgnoringCase(text, TypeNames[index].first) || ParseNumber(text) == index) {
             return TypeNames[index].second;
         }
     }
@@ -53,7 +58,7 @@ std::optional<EVT_CHANNEL_TYPE> ParseType(std::wstring_view text) {
 
 Channel MakeChannel(std::wstring path, const std::filesystem::path& folder) {
     Channel channel;
-    channel.FoldedPath = FoldCase(path);
+    channel.FoldedPath = UpperCase(path);
     channel.File = folder / PathFromText(evtx::FileNameOfChannelPath(path));
     const std::size_t slash = path.rfind(L'/');
     if (slash == std::wstring::npos) {
@@ -84,7 +89,7 @@ void ApplySettings(const IniSection& section, Channel& channel) {
 
 std::optional<std::wstring> ChannelPathOfFileName(std::wstring_view fileName) {
     if (fileName.size() <= evtx::LogExtension.size() ||
-        !EqualWithoutCase(fileName.substr(fileName.size() - evtx::LogExtension.size()), evtx::LogExtension)) {
+        !EqualIgnoringCase(fileName.substr(fileName.size() - evtx::LogExtension.size()), evtx::LogExtension)) {
         return std::nullopt;
     }
     std::wstring path(fileName.substr(0, fileName.size() - evtx::LogExtension.size()));

@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "embedded/fold_case.h"
+#include "base/letter_case.h"
 #include "embedded/publisher/message_ids.h"
 #include "embedded/publisher/message_table.h"
 #include "embedded/publisher/parameter_text.h"
@@ -156,7 +156,7 @@ std::uint32_t ChannelText(const Publisher* publisher, DecodedEvent& event, const
     std::optional<std::wstring> found = Forwarded(event, &evtx::RenderingInfo::Channel);
     if (!found && publisher != nullptr) {
         for (const publisher::ChannelReference& channel : publisher->Channels) {
-            if (!channel.Message.empty() && EqualWithoutCase(channel.Path, system.Channel)) {
+            if (!channel.Message.empty() && EqualIgnoringCase(channel.Path, system.Channel)) {
                 found = channel.Message;
             }
         }

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <system_error>
 
+#include "base/letter_case.h"
 #include "base/path_text.h"
-#include "embedded/fold_case.h"
 #include "embedded/ini_changes.h"
 #include "platform/error_codes.h"
 
@@ -30,7 +30,7 @@ std::vector<fs::path> EntriesOf(const fs::path& folder, bool& readable) {
 using ChannelsByPath = std::map<std::wstring, std::shared_ptr<Channel>>;
 
 Channel& AddChannel(ChannelsByPath& channels, std::wstring path, const fs::path& folder) {
-    std::shared_ptr<Channel>& place = channels[FoldCase(path)];
+    std::shared_ptr<Channel>& place = channels[UpperCase(path)];
     if (place == nullptr) {
         place = std::make_shared<Channel>(MakeChannel(std::move(path), folder));
     }
@@ -84,12 +84,12 @@ std::uint32_t ComputerFolder::CheckAccount(const Credentials& credentials) const
         return error::AccessDenied;
     }
     for (const IniSection& section : sections) {
-        if (!EqualWithoutCase(section.Name, L"Account")) {
+        if (!EqualIgnoringCase(section.Name, L"Account")) {
             continue;
         }
         const auto user = section.Find(L"User");
         const auto password = section.Find(L"Password");
-        if ((user && !EqualWithoutCase(*user, credentials.User.value_or(std::wstring()))) ||
+        if ((user && !EqualIgnoringCase(*user, credentials.User.value_or(std::wstring()))) ||
             (password && *password != credentials.Password.value_or(std::wstring()))) {
             return error::LogonFailure;
         }
@@ -98,7 +98,7 @@ std::uint32_t ComputerFolder::CheckAccount(const Credentials& credentials) const
 }
 
 std::shared_ptr<const Channel> ComputerFolder::KnownChannel(std::wstring_view path) const {
-    const std::wstring folded = FoldCase(path);
+    const std::wstring folded = UpperCase(path);
     const auto place = std::lower_bound(channels_.begin(), channels_.end(), folded,
                                         [](const std::shared_ptr<const Channel>& channel, const std::wstring& key) {
                                             return channel->FoldedPath < key;
@@ -120,8 +120,8 @@ std::uint32_t ComputerFolder::SaveSettings(const Channel& channel, std::span<con
 }
 
 bool EventStore::IsLocal(std::wstring_view name) const {
-    return name.empty() || name == L"." || EqualWithoutCase(name, L"localhost") ||
-           EqualWithoutCase(name, localComputerName_);
+    return name.empty() || name == L"." || EqualIgnoringCase(name, L"localhost") ||
+           EqualIgnoringCase(name, localComputerName_);
 }
 
 std::optional<fs::path> EventStore::FindFolder(std::wstring_view name) const {
@@ -130,7 +130,7 @@ std::optional<fs::path> EventStore::FindFolder(std::wstring_view name) const {
         std::error_code error;
         // A link that leads nowhere is a computer that refuses, not one that is unknown.
         const bool isFolder = fs::is_directory(entry, error) || fs::is_symlink(entry, error);
-        if (isFolder && EqualWithoutCase(TextOfPath(entry.filename()), name)) {
+        if (isFolder && EqualIgnoringCase(TextOfPath(entry.filename()), name)) {
             return entry;
         }
     }

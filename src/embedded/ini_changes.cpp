@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "base/letter_case.h"
 #include "base/utf.h"
-#include "embedded/fold_case.h"
 #include "platform/error_codes.h"
 #include "platform/replacing_file.h"
 
@@ -62,13 +62,13 @@ class IniText {
         for (std::size_t index = 0; index < lines_.size(); ++index) {
             const IniLine line = ParseIniLine(Content(index));
             if (line.What == IniLine::Kind::Section) {
-                inside = EqualWithoutCase(line.Name, section);
+                inside = EqualIgnoringCase(line.Name, section);
             }
             if (!inside || line.What == IniLine::Kind::Nothing) {
                 continue;
             }
             place.SectionEnd = index + 1;
-            if (line.What == IniLine::Kind::Entry && EqualWithoutCase(line.Name, key)) {
+            if (line.What == IniLine::Kind::Entry && EqualIgnoringCase(line.Name, key)) {
                 place.Entry = index;
             }
         }
@@ -103,7 +103,7 @@ bool IsReadBack(std::string_view utf8, std::wstring_view section, std::span<cons
     return std::all_of(entries.begin(), entries.end(), [&](const IniEntry& entry) {
         std::optional<std::wstring> value;
         for (const IniSection& read : sections) {
-            if (EqualWithoutCase(read.Name, section)) {
+            if (EqualIgnoringCase(read.Name, section)) {
                 auto found = read.Find(entry.first);
                 value = found ? found : value;
             }

@@ -2,8 +2,8 @@
 
 #include <span>
 
+#include "base/letter_case.h"
 #include "base/utf.h"
-#include "embedded/fold_case.h"
 #include "platform/error_codes.h"
 #include "platform/random_access_file.h"
 
@@ -23,7 +23,7 @@ std::string_view Trimmed(std::string_view text) {
 
 std::optional<std::wstring> IniSection::Find(std::wstring_view key) const {
     for (auto entry = Entries.rbegin(); entry != Entries.rend(); ++entry) {
-        if (EqualWithoutCase(entry->first, key)) {
+        if (EqualIgnoringCase(entry->first, key)) {
             return entry->second;
         }
     }

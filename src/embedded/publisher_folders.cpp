@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "embedded/fold_case.h"
+#include "base/letter_case.h"
 #include "embedded/ini_file.h"
 
 namespace corvina::embedded {
@@ -80,14 +80,14 @@ std::vector<std::wstring> PublisherFolders::PublishersOfChannel(const std::files
                 continue;
             }
             for (const publisher::ChannelReference& channel : publisher->Channels) {
-                std::vector<std::wstring>& names = (*entry->NamesByChannel)[FoldCase(channel.Path)];
+                std::vector<std::wstring>& names = (*entry->NamesByChannel)[UpperCase(channel.Path)];
                 if (names.empty() || names.back() != name) {
                     names.push_back(name);
                 }
             }
         }
     }
-    const auto found = entry->NamesByChannel->find(FoldCase(channelPath));
+    const auto found = entry->NamesByChannel->find(UpperCase(channelPath));
     return found == entry->NamesByChannel->end() ? std::vector<std::wstring>() : found->second;
 }
 

@@ -4,10 +4,10 @@
 #include <optional>
 #include <utility>
 
+#include "base/letter_case.h"
 #include "base/path_text.h"
 #include "embedded/clock.h"
 #include "embedded/embedded_state.h"
-#include "embedded/fold_case.h"
 #include "embedded/xpath/filter.h"
 #include "embedded/xpath/query_document.h"
 #include "embedded/xpath/selection.h"
@@ -39,7 +39,7 @@ bool IsDriveLetter(wchar_t character) {
 // names of most log files.
 std::optional<std::filesystem::path> FileOfDocumentPath(std::wstring_view path) {
     constexpr std::wstring_view Scheme = L"file:";
-    if (!EqualWithoutCase(path.substr(0, Scheme.size()), Scheme)) {
+    if (!EqualIgnoringCase(path.substr(0, Scheme.size()), Scheme)) {
         return std::nullopt;
     }
     std::wstring_view file = path.substr(Scheme.size());

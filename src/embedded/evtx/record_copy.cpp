@@ -4,15 +4,13 @@
 #include <bitset>
 
 #include "embedded/evtx/binary_xml_parser.h"
+#include "embedded/evtx/template_definition.h"
 #include "embedded/evtx/value_type.h"
 #include "embedded/evtx/writer_xml.h"
 
 namespace corvina::evtx {
 namespace {
 
-constexpr std::size_t DefinitionHeaderSize = 24;  // next definition, GUID, length
-constexpr std::size_t IdentifierField = 4;
-constexpr std::size_t DefinitionLengthField = 20;
 constexpr std::size_t ValueDescriptorSize = 4;
 
 std::string_view TextOf(std::span<const std::byte> bytes) {
@@ -224,21 +222,13 @@ class FragmentCopier {
     }
 
     bool CopyInstance(ByteReader& reader, std::uint32_t depth) {
-        std::uint8_t one = 0;
-        std::uint32_t ignoredIdentifier = 0;
         std::uint32_t offset = 0;
-        if (!reader.Read(one) || !reader.Read(ignoredIdentifier) || !reader.Read(offset)) {
+        if (!ReadInstanceHead(reader, offset)) {
             return false;
         }
         auto definition = copier_.Definition(offset);
-        if (definition == nullptr) {
+        if (definition == nullptr || !PassOwnDefinition(reader, offset)) {
             return false;
-        }
-        if (offset == reader.Position()) {
-            const std::uint32_t length = LoadUInt32(reader.Bytes().data() + offset + DefinitionLengthField);
-            if (!reader.Skip(DefinitionHeaderSize + length)) {
-                return false;
-            }
         }
         pieces_.Add(PortableKind::Template, static_cast<std::uint32_t>(copy_.Definitions.size()));
         copy_.Definitions.push_back(std::move(definition));
@@ -326,20 +316,15 @@ std::shared_ptr<const TemplateCopy> RecordCopier::Definition(std::uint32_t offse
 }
 
 std::shared_ptr<const TemplateCopy> RecordCopier::CopyDefinition(std::uint32_t offset) {
-    if (offset > chunk_.size() || chunk_.size() - offset < DefinitionHeaderSize) {
+    const std::optional<TemplateDefinition> found = FindTemplateDefinition(chunk_, offset, allowance_);
+    if (!found) {
         return nullptr;
     }
-    const std::size_t begin = offset + DefinitionHeaderSize;
-    const std::size_t length = LoadUInt32(chunk_.data() + offset + DefinitionLengthField);
-    if (length > chunk_.size() - begin || length > allowance_) {
-        return nullptr;
-    }
-    allowance_ -= length;
+    allowance_ -= found->Content.Remaining();
     auto definition = std::make_shared<TemplateCopy>();
-    std::copy_n(chunk_.begin() + offset + IdentifierField, definition->Identifier.size(),
-                definition->Identifier.begin());
+    definition->Identifier = found->Identifier;
     PieceList pieces(definition->Content);
-    ByteReader reader(chunk_, begin, begin + length);
+    ByteReader reader = found->Content;
     if (!SkipFragmentHeaders(reader) || !ElementCopier(reader, true, pieces).Copy() || pieces.Size() > allowance_) {
         return nullptr;
     }

@@ -5,14 +5,12 @@
 
 #include "embedded/evtx/binary_xml_parser.h"
 #include "embedded/evtx/rendering_code.h"
+#include "embedded/evtx/template_definition.h"
 #include "embedded/evtx/xml_text.h"
 
 namespace corvina::evtx {
 namespace {
 
-constexpr std::size_t DefinitionHeaderSize = 24;  // next definition, GUID, length
-constexpr std::size_t IdentifierField = 4;
-constexpr std::size_t DefinitionLengthField = 20;
 constexpr std::size_t ValueDescriptorSize = 4;
 
 }  // namespace
@@ -41,23 +39,12 @@ bool ReadInstanceValues(ByteReader& reader, std::vector<Value>& values, std::siz
 }
 
 ChunkTemplate* TemplateStore::ReadInstance(ByteReader& reader) {
-    std::uint8_t one = 0;
-    std::uint32_t ignoredIdentifier = 0;
     std::uint32_t offset = 0;
-    if (!reader.Read(one) || !reader.Read(ignoredIdentifier) || !reader.Read(offset)) {
+    if (!ReadInstanceHead(reader, offset)) {
         return nullptr;
     }
     ChunkTemplate* const found = Find(offset);
-    if (found == nullptr) {
-        return nullptr;
-    }
-    if (offset == reader.Position()) {
-        const std::uint32_t length = LoadUInt32(chunk_.data() + offset + DefinitionLengthField);
-        if (!reader.Skip(DefinitionHeaderSize + length)) {
-            return nullptr;
-        }
-    }
-    return found;
+    return found != nullptr && PassOwnDefinition(reader, offset) ? found : nullptr;
 }
 
 ChunkTemplate* TemplateStore::Find(std::uint32_t offset) {
@@ -73,18 +60,12 @@ ChunkTemplate* TemplateStore::Find(std::uint32_t offset) {
 }
 
 std::shared_ptr<Program> TemplateStore::Compile(std::uint32_t offset) {
-    if (offset > chunk_.size() || chunk_.size() - offset < DefinitionHeaderSize) {
+    const std::optional<TemplateDefinition> definition = FindTemplateDefinition(chunk_, offset, allowance_);
+    if (!definition) {
         return nullptr;
     }
-    const std::size_t begin = offset + DefinitionHeaderSize;
-    const std::size_t length = LoadUInt32(chunk_.data() + offset + DefinitionLengthField);
-    if (length > chunk_.size() - begin || length > allowance_) {
-        return nullptr;
-    }
-    allowance_ -= length;
-    GuidBytes identifier;
-    std::copy_n(chunk_.begin() + offset + IdentifierField, identifier.size(), identifier.begin());
-    const ByteReader content(chunk_, begin, begin + length);
+    const auto& [identifier, content] = *definition;
+    allowance_ -= content.Remaining();
     std::shared_ptr<Program> program = kept_ == nullptr ? nullptr : kept_->Find(identifier, content);
     if (program != nullptr) {
         return program;
