@@ -9,6 +9,7 @@ namespace corvina::i18n {
 namespace {
 
 constexpr std::uint16_t UserDefaultIdentifier = 1024;
+
 // A primary language with all its sublanguages up to a last one.
 struct PrimaryLanguage {
     int Index;
