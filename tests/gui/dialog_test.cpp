@@ -32,12 +32,13 @@ class SampleDialog : public Dialog {
     using Dialog::Control;
     std::vector<int> Commands;
 
-    bool Show(HWND owner, Theme& scheme) {
+    bool Show(HWND owner, Theme& scheme, SIZE client, SIZE smallest) {
         DialogArguments arguments;
         arguments.Owner = owner;
         arguments.Instance = GetModuleHandleW(nullptr);
         arguments.Title = L"Sample";
-        arguments.ClientSize = {400, 460};
+        arguments.ClientSize = client;
+        arguments.SmallestClient = smallest;
         arguments.Scheme = &scheme;
         return RunModal(arguments);
     }
@@ -134,7 +135,7 @@ class DialogTest : public testing::TestWithParam<int> {
                 current_ = waiting;
             }
         });
-        const bool accepted = dialog.Show(owner_, scheme_);
+        const bool accepted = dialog.Show(owner_, scheme_, client_, smallest_);
         KillTimer(nullptr, timer);
         EXPECT_EQ(current_, nullptr) << "nothing was done in the dialog";
         return accepted;
@@ -179,6 +180,8 @@ class DialogTest : public testing::TestWithParam<int> {
 
     static DialogTest* current_;  // timers of a thread have no place for a pointer
     HWND owner_ = nullptr;
+    SIZE client_ = {400, 460};
+    SIZE smallest_ = {};
     test::FakeDarkMode api_;
     Theme scheme_;
     std::function<bool()> shown_;
@@ -327,6 +330,23 @@ TEST_P(DialogTest, TextsFitAtEveryResolution) {
                        sizeof(font), &font);
             EXPECT_EQ(font.lfHeight, 16 * dots / 96);
         }
+    });
+}
+
+TEST_P(DialogTest, OneThatCanBeResizedFitsOnTheScreen) {
+    client_ = {10'000, 10'000};
+    smallest_ = {400, 460};
+    In([](SampleDialog& dialog) {
+        MONITORINFO monitor{};
+        monitor.cbSize = sizeof(monitor);
+        GetMonitorInfoW(MonitorFromWindow(dialog.Handle(), MONITOR_DEFAULTTONEAREST), &monitor);
+        RECT place{};
+        GetWindowRect(dialog.Handle(), &place);
+        EXPECT_TRUE(EqualRect(&place, &monitor.rcWork))
+            << place.left << ' ' << place.top << ' ' << place.right << ' ' << place.bottom;
+        GetWindowRect(dialog.Control(IDCANCEL), &place);
+        EXPECT_LT(place.bottom, monitor.rcWork.bottom);
+        EXPECT_LT(place.right, monitor.rcWork.right);
     });
 }
 

@@ -280,10 +280,14 @@ SIZE Dialog::OuterSize(SIZE client) const {
 }
 
 void Dialog::PlaceOverOwner() {
-    const SIZE size = OuterSize(arguments_.ClientSize);
+    SIZE size = OuterSize(arguments_.ClientSize);
     RECT owner{};
     GetWindowRect(arguments_.Owner, &owner);
     const RECT work = WorkAreaOf(arguments_.Owner);
+    if (IsResizable()) {
+        // At a high resolution the screen may be smaller; one that cannot be resized has no layout for less.
+        size = {std::min(size.cx, work.right - work.left), std::min(size.cy, work.bottom - work.top)};
+    }
     const LONG left = std::max(work.left, std::min((owner.left + owner.right - size.cx) / 2, work.right - size.cx));
     const LONG top = std::max(work.top, std::min((owner.top + owner.bottom - size.cy) / 2, work.bottom - size.cy));
     SetWindowPos(handle_, nullptr, left, top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
