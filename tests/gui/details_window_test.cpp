@@ -74,6 +74,21 @@ class DetailsWindowGui : public MainWindowTest {
         return text;
     }
 
+    // The tip that the mouse finds at a point of a window.
+    std::wstring TipAt(HWND window, POINT place) const {
+        HWND tips = nullptr;
+        while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr &&
+               GetWindow(tips, GW_OWNER) != window_) {
+        }
+        wchar_t text[100] = {};
+        TTHITTESTINFOW hit{};
+        hit.hwnd = window;
+        hit.pt = place;
+        hit.ti.cbSize = TTTOOLINFOW_V2_SIZE;
+        hit.ti.lpszText = text;
+        return SendMessageW(tips, TTM_HITTESTW, 0, reinterpret_cast<LPARAM>(&hit)) != FALSE ? text : L"";
+    }
+
     HWND window_ = nullptr;
 };
 
@@ -129,6 +144,22 @@ TEST_F(DetailsWindowGui, ShowsTheEventOnTwoTabsAndStepsToBothEnds) {
                   std::wstring::npos);
         EXPECT_NE(TextOf(BoxWindow(Right)).find(L"Event Record ID: 1\r\n"), std::wstring::npos);
         EXPECT_EQ(TextOf(BoxWindow(Right)), TextOf(Field(1))) << "the pane below the list follows";
+        Close();
+        return true;
+    });
+}
+
+TEST_F(DetailsWindowGui, ArrowsHaveTipsAlsoWhileTheyAreDisabled) {
+    StartWithLog(1);
+    Open([this] {
+        SetWindowPos(window_, nullptr, 0, 0, 900, 500, SWP_NOZORDER | SWP_NOMOVE);
+        for (const auto& [button, tip] : {std::pair(Previous, L"Previous item"), std::pair(Next, L"Next Element")}) {
+            EXPECT_FALSE(IsWindowEnabled(ButtonWindow(button)));
+            EXPECT_EQ(TipAt(ButtonWindow(button), {5, 5}), tip);
+            const RECT place = PlaceIn(window_, ButtonWindow(button));
+            EXPECT_EQ(TipAt(window_, {place.left + 5, place.top + 5}), tip);
+            EXPECT_EQ(TipAt(window_, {place.left + 5, place.bottom + 5}), L"");
+        }
         Close();
         return true;
     });

@@ -98,14 +98,30 @@ void DetailsWindowControl::SetTexts(const DetailsWindowTexts& texts) {
     }
     for (const auto& [button, text] : {std::pair(PreviousArrow, texts.Previous), std::pair(NextArrow, texts.Next)}) {
         std::wstring tip(text);
-        TTTOOLINFOW tool{};
-        tool.cbSize = sizeof(tool);
-        tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-        tool.hwnd = Handle();
-        tool.uId = reinterpret_cast<UINT_PTR>(Control(button));
-        tool.lpszText = tip.data();
-        SendMessageW(tips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+        for (TTTOOLINFOW tool : {TipOf(button), TipBehind(button)}) {
+            tool.lpszText = tip.data();
+            SendMessageW(tips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+        }
     }
+}
+
+TTTOOLINFOW DetailsWindowControl::TipOf(int arrow) const {
+    TTTOOLINFOW tool{};
+    // The size without the last member, which only newer controls know.
+    tool.cbSize = TTTOOLINFOW_V2_SIZE;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = Handle();
+    tool.uId = reinterpret_cast<UINT_PTR>(Control(arrow));
+    return tool;
+}
+
+TTTOOLINFOW DetailsWindowControl::TipBehind(int arrow) const {
+    TTTOOLINFOW tool = TipOf(arrow);
+    tool.uFlags = TTF_SUBCLASS;
+    tool.uId = static_cast<UINT_PTR>(arrow);
+    GetWindowRect(Control(arrow), &tool.rect);
+    MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&tool.rect), 2);
+    return tool;
 }
 
 void DetailsWindowControl::ColorsChanged() {
@@ -134,6 +150,10 @@ void DetailsWindowControl::Layout(int width, int height) {
     for (const Identifier button : Buttons) {
         const RECT place = PlaceOf(button, width, height, CurrentScale());
         MoveWindow(Control(button), place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+    }
+    for (const int arrow : {PreviousArrow, NextArrow}) {
+        TTTOOLINFOW tool = TipBehind(arrow);
+        SendMessageW(tips_, TTM_NEWTOOLRECTW, 0, reinterpret_cast<LPARAM>(&tool));
     }
     InvalidateRect(Handle(), nullptr, TRUE);
 }

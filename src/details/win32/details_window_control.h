@@ -10,6 +10,7 @@
 
 #include "details/details_window_view.h"
 #include "platform/win32/system_library.h"
+#include "ui/win32/common_controls.h"
 #include "ui/win32/dialog.h"
 #include "ui/win32/gdi_objects.h"
 
@@ -51,6 +52,9 @@ class DetailsWindowControl : public DetailsWindowView, private ui::Dialog {
     void DrawGround(HDC device) const override;
 
     void ShowArrow(int identifier, bool leadsOn);
+    // The tip of an arrow, and that of its place in the window, which the mouse is in while the arrow is disabled.
+    TTTOOLINFOW TipOf(int arrow) const;
+    TTTOOLINFOW TipBehind(int arrow) const;
 
     SurroundingsSource source_;
     DetailsWindowSurroundings around_;
