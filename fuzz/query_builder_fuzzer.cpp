@@ -2,8 +2,7 @@
 // event log runs the query or refuses it as invalid.
 //
 // The first line of an input holds everything that is no text, the others are the texts of the filter: event IDs,
-// channels
-// ("*" stands for those of the store), providers, keywords, user and computer.
+// channels ("*" stands for those of the store), providers, keywords, user and computer.
 #include <algorithm>
 #include <array>
 #include <cstddef>

@@ -11,13 +11,10 @@ namespace corvina::embedded {
 
 class ChannelChanges {
   public:
-    // Takes a new value for one property of `channel`. Returns an error code:
-    // - error::InvalidParameter for a property that does not exist, a value of another type than the property's, and a
-    //   maximum size of 0 or beyond what can be kept,
-    // - error::AccessDenied for what a store cannot change: classic channels are always on, and where a log lies, who
-    // may
-    //   read it and how events reach it is not decided here.
-    // The maximum size is rounded up to whole chunks.
+    // Takes a new value for one property of `channel`; a maximum size is rounded up to whole chunks. Returns an error
+    // code: InvalidParameter for a property that does not exist, a value of another type than the property's and a
+    // maximum size of 0 or beyond what can be kept; AccessDenied for what a store cannot change: classic channels are
+    // always on, and where a log lies, who may read it and how events reach it is not decided here.
     std::uint32_t Set(const Channel& channel, EVT_CHANNEL_CONFIG_PROPERTY_ID property, const EVT_VARIANT& value);
 
     // The channel as it will be.
