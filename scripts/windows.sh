@@ -112,8 +112,8 @@ RemoveLeftWines() {
     done
 }
 
-# Gives Wine the letters of East Asia and India, which its own fonts lack: under the names of the fonts that Windows has
-# for them, and as fallbacks of the usual one.
+# Gives Wine the letters of East Asia, India and Greece, which its own fonts lack: under the names of the fonts that
+# Windows has for them, and as fallbacks of the usual one.
 LendFonts() {
     local name machine='HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink'
     Say "Lending fonts to Wine"
@@ -125,7 +125,7 @@ LendFonts() {
     done
     for name in Tahoma 'Tahoma Bold'; do
         SetWineValue "$machine" "$name" REG_MULTI_SZ \
-            'wqy-microhei.ttc,WenQuanYi Micro Hei\0Lohit-Devanagari.ttf,Lohit Devanagari'
+            'DejaVuSans.ttf,DejaVu Sans\0wqy-microhei.ttc,WenQuanYi Micro Hei\0Lohit-Devanagari.ttf,Lohit Devanagari'
     done
 }
 
