@@ -1,6 +1,7 @@
 #include "platform/window_place.h"
 
-#include <ranges>
+#include <algorithm>
+#include <array>
 
 #include "base/format_text.h"
 #include "base/number_text.h"
@@ -14,20 +15,20 @@ struct PlaceKey {
     int WindowPlace::*Value;
 };
 
-constexpr PlaceKey Keys[] = {{L"MainWindowLeft", &WindowPlace::Left},
-                             {L"MainWindowTop", &WindowPlace::Top},
-                             {L"MainWindowWidth", &WindowPlace::Width},
+constexpr std::array Keys = {PlaceKey{L"MainWindowLeft", &WindowPlace::Left},
+                             PlaceKey{L"MainWindowTop", &WindowPlace::Top},
+                             PlaceKey{L"MainWindowWidth", &WindowPlace::Width},
                              // Spelled like this in every settings file that exists.
-                             {L"MainWindowHeigth", &WindowPlace::Height}};
+                             PlaceKey{L"MainWindowHeigth", &WindowPlace::Height}};
 
 }  // namespace
 
 WindowPlace ReadWindowPlace(const SettingsStore& settings, std::wstring_view section, const WindowPlace& ifMissing) {
     WindowPlace place = ifMissing;
-    for (const auto& [name, value] : Keys | std::views::reverse) {
-        const std::wstring defaultText = FormatText(L"%i", {place.*value});
-        place.*value = IntegerFromFloatingText(ReadSettingOrDefault(settings, section, name, defaultText));
-    }
+    std::for_each(Keys.rbegin(), Keys.rend(), [&](const PlaceKey& key) {
+        const std::wstring defaultText = FormatText(L"%i", {place.*key.Value});
+        place.*key.Value = IntegerFromFloatingText(ReadSettingOrDefault(settings, section, key.Name, defaultText));
+    });
     return place;
 }
 
