@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "app/command_ids.h"
 #include "gui/main_window_fixture.h"
@@ -30,6 +31,31 @@ TEST_F(KeysAndMenus, TabGoesRoundOneStationAKey) {
     for (const HWND station : {ListControl(), Field(0), Field(1), Field(2), Field(3), TreeControl(), ListControl()}) {
         PressKey(VK_TAB);
         EXPECT_EQ(GetFocus(), station);
+    }
+}
+
+TEST_F(KeysAndMenus, AltAndF10LeadToTheMenuBarFromEveryControl) {
+    constexpr LPARAM AltIsDown = 0x20000001;
+    Start();
+    for (const HWND station : {TreeControl(), ListControl(), Field(0)}) {
+        for (const auto& [key, down] : {std::pair(VK_F10, LPARAM{1}), std::pair(VK_MENU, AltIsDown)}) {
+            SetFocus(station);
+            bool isInMenu = false;
+            WhileModal(
+                [&] {
+                    PostMessageW(station, WM_SYSKEYDOWN, static_cast<WPARAM>(key), down);
+                    PostMessageW(station, WM_SYSKEYUP, static_cast<WPARAM>(key), static_cast<LPARAM>(0xC0000001));
+                    Pump();
+                },
+                [&] {
+                    GUITHREADINFO state{};
+                    state.cbSize = sizeof(state);
+                    isInMenu = GetGUIThreadInfo(GetCurrentThreadId(), &state) && state.hwndMenuOwner == Main();
+                    EndMenu();
+                    return isInMenu;
+                });
+            EXPECT_TRUE(isInMenu) << key;
+        }
     }
 }
 

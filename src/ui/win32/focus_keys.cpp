@@ -22,6 +22,12 @@ LRESULT CALLBACK FocusKeysProcedure(HWND control, UINT message, WPARAM wParam, L
                 return 0;
             }
             break;
+        case WM_SYSKEYDOWN:
+            // Trees of some systems take every key for theirs, and the menu bar would not hear of these.
+            if (wParam == VK_MENU || wParam == VK_F10) {
+                return DefWindowProcW(control, message, wParam, lParam);
+            }
+            break;
         case WM_NCDESTROY:
             RemoveWindowSubclass(control, FocusKeysProcedure, identifier);
             break;

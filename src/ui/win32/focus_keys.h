@@ -6,7 +6,8 @@
 namespace corvina::ui {
 
 // Leaves the Tab and the Escape key of a control to the program's own key handling. Without this the dialog manager
-// moves the focus when Tab goes down, and a multi-line field closes its parent window on Escape.
+// moves the focus when Tab goes down, and a multi-line field closes its parent window on Escape. Alt and F10 lead to
+// the menu bar from every control.
 void KeepFocusKeys(HWND control);
 
 }  // namespace corvina::ui
