@@ -81,12 +81,12 @@ class Reader {
         filter.Name = FilterText(root.child(NameElement));
         const pugi::xml_node query = root.child(QueryElement);
         filter.Query = QueryText(query);
-        filter.IsQueryEdited = query.attribute(EditedAttribute).as_bool();
         const pugi::xml_node criteria = root.child(CriteriaElement);
         for (const TextElement& element : TextElements) {
             filter.Criteria.*element.Text = FilterText(criteria.child(element.Name));
         }
-        return ReadTime(criteria.child(TimeElement), filter.Criteria.Time) &&
+        return ReadFlag(query, EditedAttribute, filter.IsQueryEdited) &&
+               ReadTime(criteria.child(TimeElement), filter.Criteria.Time) &&
                ReadLevels(criteria.child(LevelsElement), filter.Criteria.Levels) &&
                ReadTasks(criteria.child(TasksElement), filter.Criteria.Tasks);
     }
@@ -110,8 +110,18 @@ class Reader {
         return parsed || Refuse(element, trimmed, L"a date and time such as 2026-11-22T01:16:28.250");
     }
 
+    bool ReadFlag(pugi::xml_node element, const char* attribute, bool& flag) {
+        const std::wstring text = WideFromUtf8(element.attribute(attribute).value());
+        const std::wstring_view value = TrimmedFilterText(text);
+        flag = value == L"true" || value == L"1";
+        return flag || value.empty() || value == L"false" || value == L"0" ||
+               Refuse(element, value, L"\"true\" or \"false\"");
+    }
+
     bool ReadTime(pugi::xml_node element, TimeCriterion& time) {
-        time.IsCustom = element.attribute(CustomAttribute).as_bool();
+        if (!ReadFlag(element, CustomAttribute, time.IsCustom)) {
+            return false;
+        }
         const std::wstring text = WideFromUtf8(element.attribute(ChoiceAttribute).value());
         const std::wstring_view choice = TrimmedFilterText(text);
         if (!choice.empty()) {
@@ -124,16 +134,18 @@ class Reader {
         return ReadMoment(element, FromAttribute, time.From) && ReadMoment(element, ToAttribute, time.To);
     }
 
-    // False when `use` refuses an item.
+    // False when `use` refuses an item, or when an empty one hides those behind it.
     template <typename Use>
     bool ForEachItem(pugi::xml_node element, std::wstring_view expected, Use use) {
         const std::wstring text = FilterText(element);
+        std::size_t end = 0;
         for (const std::wstring_view item : CommaListItems(text)) {
             if (!use(TrimmedFilterText(item))) {
                 return Refuse(element, item, expected);
             }
+            end += item.size() + 1;
         }
-        return true;
+        return end >= text.size() || Refuse(element, L"", expected);
     }
 
     bool ReadLevels(pugi::xml_node element, LevelMarks& marks) {

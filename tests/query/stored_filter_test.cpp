@@ -164,7 +164,7 @@ TEST(StoredFilter, FilesEditedByHandAreRead) {
                             "<User>a&amp;b & &e; c<![CDATA[<d>]]></User><Computer>_x0041_x004z_</Computer>"
                             "<Levels>Warning,Critical , Warning,</Levels>"
                             "<Tasks> 7,0x10 </Tasks>"
-                            "<Time Choice=' 5' Custom='1' From='2026-02-28' To='2026-02-28T23:59'/>"))
+                            "<Time Choice=' 5' Custom=' 1' From='2026-02-28' To='2026-02-28T23:59'/>"))
             .Criteria;
     EXPECT_EQ(criteria.EventIds, L"1,  3");
     EXPECT_EQ(criteria.User, L"a&b & &e; c<d>");
@@ -232,6 +232,12 @@ TEST(StoredFilter, WhatIsNotUnderstoodIsRefusedWithItsPlace) {
                   "0: \"" + version + "\" is not the version of a stored filter");
     }
     EXPECT_EQ(Fault(WithCriteria("<Levels>Error, Eror</Levels>")), "3: Levels: \" Eror\" is not a level");
+    EXPECT_EQ(Fault(WithCriteria("<Levels>Error,,Critical</Levels>")), "3: Levels: \"\" is not a level");
+    EXPECT_EQ(Fault(WithCriteria("<Tasks>,7</Tasks>")), "3: Tasks: \"\" is not the number of a task");
+    EXPECT_EQ(Fault(WithCriteria("<Time Custom='on' From='2026-02-28'/>")),
+              "3: Time: \"on\" is not \"true\" or \"false\"");
+    EXPECT_EQ(Fault("<StoredFilter>\n\n<Query Edited='?'/></StoredFilter>"),
+              "3: Query: \"?\" is not \"true\" or \"false\"");
     EXPECT_EQ(Fault(WithCriteria("\n<Tasks>4294967296</Tasks>")),
               "4: Tasks: \"4294967296\" is not the number of a task");
     EXPECT_EQ(Fault(WithCriteria("<Time Choice='6'/>")), "3: Time: \"6\" is not a number from 0 to 5");
