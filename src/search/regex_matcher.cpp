@@ -144,12 +144,18 @@ bool RegexMatcher::MatchCounted(std::size_t index, std::size_t position) {
     const RegexToken& quantifier = pattern_.Token(index + 1);
     const std::size_t rest = RestAfter(index);
     std::size_t end = RunEnd(index, position);
+    // There are at least as many bytes as characters.
+    if (end - position < quantifier.Minimum) {
+        return false;
+    }
+    std::size_t count = 0;
     if (isAscii_) {
         end = std::min(end, position + quantifier.Maximum);
+        count = quantifier.Minimum;
+        position += quantifier.Minimum;
     }
-    // There are at least as many bytes as characters.
     const bool reachesEnd = end - position <= quantifier.Maximum;
-    for (std::size_t count = 0; position <= end && count <= quantifier.Maximum; ++count) {
+    for (; position <= end && count <= quantifier.Maximum; ++count) {
         const bool isEnough = count >= quantifier.Minimum;
         if (isEnough && MatchRest(rest, position)) {
             return true;

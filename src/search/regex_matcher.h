@@ -5,8 +5,8 @@
 // place, so it is not tried again where it is known to have failed; and the end of a run of characters that one token
 // matches is the same from everywhere in the run. The notes have a fixed size, so a few things may still be tried
 // again; but for "a*a*a*a*a*b" over nothing but a's, and for all patterns that were tried, the time grows like the
-// length of the text. Only "{m,n}" takes m steps at each place, and n steps in runs that are longer than n in texts
-// beyond ASCII.
+// length of the text. Only in texts beyond ASCII, where characters must be counted, "{m,n}" takes m steps at each
+// place, and n steps in runs that are longer than n.
 #pragma once
 
 #include <array>

@@ -303,7 +303,10 @@ TEST(Regex, LongTextsCostNoMoreThanTheirLength) {
            {"^a{3}a{0,9}a{0,9}a{0,9}a{0,9}a{0,9}b", text, No},
            {"\\w{2,}@", text.substr(0, 60'000), No},
            {"a{0,}a{0,}a{0,}a{0,}b", text.substr(0, 60'000), No},
-           {"a{5,20}a{5,20}b", text, No}});
+           {"a{5,20}a{5,20}b", text, No},
+           {"a{40000,}b", text, No},
+           {".{30000}.{20000,50000}b", text, No},
+           {"[^b]{60000}c?$", text, Yes}});
 }
 
 TEST(Regex, NothingIsAllocated) {
