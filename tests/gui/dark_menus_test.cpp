@@ -63,6 +63,22 @@ TEST_F(DarkMenus, EntriesKeepTheirTextsAndStates) {
     EXPECT_EQ(BarPixel(10), DarkPalette.Panel);
 }
 
+TEST_F(DarkMenus, TheBarStaysOffWhatIsBelowIt) {
+    WriteLog(L"Application", 3);
+    WriteSetting(L"Options", L"CurrTheme", L"1");
+    Start();
+    const auto topOfTree = [this] {
+        const HDC device = GetWindowDC(TreeControl());
+        const COLORREF color = GetPixel(device, 230, 0);
+        ReleaseDC(TreeControl(), device);
+        return color;
+    };
+    RedrawWindow(TreeControl(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_UPDATENOW);
+    const COLORREF edge = topOfTree();
+    SendMessageW(Main(), WM_NCACTIVATE, FALSE, 0);
+    EXPECT_EQ(topOfTree(), edge);
+}
+
 TEST_F(DarkMenus, LettersChooseEntries) {
     WriteLog(L"Application", 3);
     WriteSetting(L"Options", L"CurrTheme", L"1");

@@ -1,5 +1,6 @@
 #include "ui/win32/menu_painter.h"
 
+#include <algorithm>
 #include <string>
 
 #include "theme/button_colors.h"
@@ -76,10 +77,15 @@ void MenuPainter::FillBar(HWND window) const {
         GetMenuItemRect(window, menu, static_cast<UINT>(position), &entry);
         entries += entry.right - entry.left;
     }
+    // Below the bar the frame has a line on some systems; on others the client area and what stands in it begin there,
+    // or even in the last line that is said to be the bar's.
+    POINT client{};
+    ClientToScreen(window, &client);
+    bar.rcBar.bottom = std::min(bar.rcBar.bottom + 1, client.y);
     const RECT area = InWindowDevice(window, bar.rcBar);
     // Added up, since in mirrored bars not all systems tell the entries' true places.
     const RECT rest{area.left + entries, area.top, area.right, area.bottom};
-    const RECT line{area.left, area.bottom, area.right, area.bottom + 1};
+    const RECT line{area.left, area.bottom - 1, area.right, area.bottom};
     const HDC device = GetWindowDC(window);
     FillArea(device, rest, look_.Brushes->Colors().Panel);
     FillArea(device, line, look_.Brushes->Colors().Panel);
