@@ -20,8 +20,9 @@ namespace corvina {
 inline constexpr std::uint32_t RegexOccurs = 0;
 // Also when an argument is null, or when the text is not UTF-8 at a place that the search has come to.
 inline constexpr std::uint32_t RegexDoesNotOccur = 1;
-// The pattern is not UTF-8, is no expression, has more than 29 parts, or its classes more than 39 bytes, each counted
-// with one byte more than stands between its brackets.
+// The pattern is not UTF-8 or no expression, or there is too much of it:
+// - more than 29 parts and signs, "|" included;
+// - classes that have more than 39 bytes between their brackets ("[^" being a bracket), counting one more for each.
 inline constexpr std::uint32_t RegexMalformed = 2;
 
 // Returns one of the three. Both texts are UTF-8 and end with a zero byte. Allocates nothing and keeps nothing: any
