@@ -39,6 +39,9 @@ std::uint32_t Checksum(std::uint32_t start, std::span<const std::byte> bytes) {
 }
 
 std::unique_ptr<std::byte[]> CopyOf(std::span<const std::byte> bytes) {
+    if (bytes.empty()) {
+        return nullptr;
+    }
     auto buffer = std::make_unique_for_overwrite<std::byte[]>(ChunkSize);
     std::copy_n(bytes.begin(), std::min(bytes.size(), ChunkSize), buffer.get());
     return buffer;
@@ -72,7 +75,9 @@ class XmlHandler {
 
 struct Chunk::State {
     State(std::unique_ptr<std::byte[]> buffer, std::shared_ptr<KeptTemplates> kept)
-        : Buffer(std::move(buffer)), Bytes(Buffer.get(), ChunkSize), Templates(Bytes, std::move(kept)) {}
+        : Buffer(std::move(buffer)),
+          Bytes(Buffer.get(), Buffer == nullptr ? 0 : ChunkSize),
+          Templates(Bytes, std::move(kept)) {}
 
     // The binary XML of a record: behind its header, before the copy of its size.
     ByteReader Content(const RecordPlace& record) const {
@@ -186,7 +191,9 @@ Chunk::Chunk(std::unique_ptr<std::byte[]> buffer, std::size_t size, bool verifyC
     // Padding could complete a record that was cut off, so the bytes are walked as they are.
     RecordWalk walk;
     WalkRecords({buffer.get(), size}, walk);
-    std::fill(buffer.get() + size, buffer.get() + ChunkSize, std::byte{0});
+    if (buffer != nullptr) {
+        std::fill(buffer.get() + size, buffer.get() + ChunkSize, std::byte{0});
+    }
     state_ = std::make_unique<State>(std::move(buffer), std::move(kept));
     state_->Places = std::move(walk.Records);
     state_->Soundness.resize(state_->Places.size(), RecordState::Unknown);

@@ -59,10 +59,11 @@ struct ChunkDamage {
 // are decoded on first use and kept, also for the other chunks of the file.
 class Chunk {
   public:
-    // `bytes` is what the file holds at the chunk's place; a short last chunk is padded with zeros.
+    // `bytes` is what the file holds at the chunk's place; a short last chunk is padded with zeros. Without any it is a
+    // chunk that has no records and takes no memory for them.
     explicit Chunk(std::span<const std::byte> bytes, bool verifyChecksums = true);
-    // The same without a copy: the first `size` bytes of `buffer`, which has room for a whole chunk. `kept` are the
-    // templates that it shares with other chunks; it may be none.
+    // The same without a copy: the first `size` bytes of `buffer`, which has room for a whole chunk unless there is
+    // none. `kept` are the templates that it shares with other chunks; it may be none.
     Chunk(std::unique_ptr<std::byte[]> buffer, std::size_t size, bool verifyChecksums,
           std::shared_ptr<KeptTemplates> kept);
     ~Chunk();
