@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/letter_case.h"
+#include "base/parse_number.h"
 #include "base/path_text.h"
 #include "embedded/evtx/channel_file_name.h"
 
@@ -19,19 +20,8 @@ constexpr std::array<std::pair<std::wstring_view, EVT_CHANNEL_TYPE>, 4> TypeName
     {L"Debug", EvtChannelTypeDebug},
 }};
 
-std::optional<std::uint64_t> ParseNumber(std::wstring_view text) {
-    if (text.empty() || text.size() > 18) {
-        return std::nullopt;
-    }
-    std::uint64_t number = 0;
-    for (const wchar_t digit : text) {
-        if (digit < L'0' || digit > L'9') {
-            return std::nullopt;
-        }
-        number = number * 10 + static_cast<std::uint64_t>(digit - L'0');
-    }
-    return number;
-}
+// Above every real one, and far enough from the end of the numbers to be rounded up.
+constexpr std::uint64_t HighestSize = 999'999'999'999'999'999;
 
 void ApplyBoolean(const IniSection& section, std::wstring_view key, bool& value) {
     const std::wstring text = section.Find(key).value_or(std::wstring());
@@ -47,7 +37,7 @@ void ApplyBoolean(const IniSection& section, std::wstring_view key, bool& value)
 
 std::optional<EVT_CHANNEL_TYPE> ParseType(std::wstring_view text) {
     for (std::size_t index = 0; index < TypeNames.size(); ++index) {
-        if (EqualIgnoringCase(text, TypeNames[index].first) || ParseNumber(text) == index) {
+        if (EqualIgnoringCase(text, TypeNames[index].first) || ParseUnsigned(text) == index) {
             return TypeNames[index].second;
         }
     }
@@ -76,7 +66,7 @@ void ApplySettings(const IniSection& section, Channel& channel) {
     ApplyBoolean(section, L"Classic", channel.Classic);
     ApplyBoolean(section, L"Retention", channel.Retention);
     ApplyBoolean(section, L"AutoBackup", channel.AutoBackup);
-    if (const auto size = ParseNumber(section.Find(L"MaxSize").value_or(std::wstring()))) {
+    if (const auto size = ParseUnsigned(section.Find(L"MaxSize").value_or(std::wstring()), HighestSize)) {
         channel.MaximumSize = *size;
     }
     if (const auto type = ParseType(section.Find(L"Type").value_or(std::wstring()))) {
