@@ -1,5 +1,7 @@
 // Every type of value in the text that stands in an event's XML.
 #include <gtest/gtest.h>
+#include <map>
+#include <string>
 
 #include "evtx/test_chunk.h"
 
@@ -108,6 +110,40 @@ TEST(ValueText, MarkupIsEscapedAndForbiddenCharactersAreReplaced) {
     // A pair that is cut off by the end of the text, and the same among plain characters.
     EXPECT_EQ(Rendered({0x01, Utf16(u"plain text ") + "\x3D\xD8"}), "plain text " + replaced + "|");
     EXPECT_EQ(Rendered(TextValue(u"\u0416\u0443\u043A <plain>")), "\xD0\x96\xD1\x83\xD0\xBA &lt;plain&gt;|");
+}
+
+// Texts are copied in blocks, so the place of a special character in its block must make no difference.
+TEST(ValueText, EveryCharacterIsWrittenAnywhereInAText) {
+    const std::string replaced = "\xEF\xBF\xBD";
+    const std::map<char16_t, std::string> special = {
+        {u'&', "&amp;"},    {u'<', "&lt;"},     {u'>', "&gt;"},           {0xD800, replaced},
+        {0xDFFF, replaced}, {0xFFFE, replaced}, {0x7FFF, "\xE7\xBF\xBF"}, {0x8020, "\xE8\x80\xA0"}};
+    std::u16string characters;
+    for (char16_t character = 1; character < 0x180; ++character) {
+        characters += character;
+    }
+    characters += u"\x7FFF\x8020\xFFFE\xDFFF\xD800";
+    const std::u16string letters = u"abcdefghijklmnopqrstuvwxyz";
+    for (std::size_t between = 1; between < letters.size(); ++between) {
+        std::u16string text;
+        std::string expected;
+        for (const char16_t character : characters) {
+            text += character + letters.substr(0, between);
+            const bool forbidden = character < 0x20 && character != '\t' && character != '\n' && character != '\r';
+            if (const auto found = special.find(character); found != special.end()) {
+                expected += found->second;
+            } else if (forbidden) {
+                expected += replaced;
+            } else if (character < 0x80) {
+                expected += static_cast<char>(character);
+            } else {
+                expected += static_cast<char>(0xC0 | character >> 6);
+                expected += static_cast<char>(0x80 | (character & 0x3F));
+            }
+            expected.append(letters.begin(), letters.begin() + static_cast<std::ptrdiff_t>(between));
+        }
+        ASSERT_EQ(Rendered(TextValue(text)), expected + "|") << between << " letters between";
+    }
 }
 
 }  // namespace

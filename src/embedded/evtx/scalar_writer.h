@@ -1,7 +1,9 @@
 // Writes numbers, times and identifiers as characters below 128, straight into the text that they become part of.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -36,7 +38,7 @@ class ScalarWriter {
   public:
     explicit ScalarWriter(Char* out) : out_(out) {}
 
-    const Char* End() const { return out_; }
+    Char* End() const { return out_; }
 
     ScalarWriter& Put(char character) {
         *out_++ = static_cast<Char>(character);
@@ -57,8 +59,8 @@ class ScalarWriter {
         std::array<char, 20> digits;
         char* begin = digits.data() + digits.size();
         const auto addPair = [&begin](std::size_t pair) {
-            *--begin = DecimalPairs[2 * pair + 1];
-            *--begin = DecimalPairs[2 * pair];
+            begin -= 2;
+            std::copy_n(&DecimalPairs[2 * pair], 2, begin);
         };
         while (number > UINT32_MAX) {
             addPair(number % 100);
@@ -81,8 +83,7 @@ class ScalarWriter {
         std::uint32_t rest = number;
         std::size_t place = width;
         for (; place >= 2; place -= 2) {
-            out_[place - 2] = static_cast<Char>(DecimalPairs[2 * (rest % 100)]);
-            out_[place - 1] = static_cast<Char>(DecimalPairs[2 * (rest % 100) + 1]);
+            std::copy_n(&DecimalPairs[2 * std::size_t{rest % 100}], 2, out_ + place - 2);
             rest /= 100;
         }
         if (place == 1) {
@@ -97,27 +98,25 @@ class ScalarWriter {
     }
 
     ScalarWriter& Hexadecimal(std::uint64_t number) {
-        char digits[16];
-        std::size_t count = 0;
-        do {
-            digits[count++] = "0123456789abcdef"[number & 0xF];
-            number >>= 4;
-        } while (number != 0);
-        return PutReversed(digits, count);
+        const std::size_t count = number == 0 ? 1 : (static_cast<std::size_t>(std::bit_width(number)) + 3) / 4;
+        for (std::size_t place = count; place > 0; number >>= 4) {
+            out_[--place] = static_cast<Char>("0123456789abcdef"[number & 0xF]);
+        }
+        out_ += count;
+        return *this;
     }
 
     // "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}" from 16 bytes.
     ScalarWriter& Guid(std::span<const std::byte> guid) {
-        constexpr std::uint8_t Order[] = {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
-        Put('{');
-        for (std::size_t index = 0; index < std::size(Order); ++index) {
-            if (index == 4 || index == 6 || index == 8 || index == 10) {
-                Put('-');
-            }
-            const char* const pair = &HexadecimalPairs[2 * std::size_t{LoadUInt8(&guid[Order[index]])}];
-            Put(pair[0]).Put(pair[1]);
+        // The place of the two digits of each byte.
+        constexpr std::uint8_t Places[] = {7, 5, 3, 1, 12, 10, 17, 15, 20, 22, 25, 27, 29, 31, 33, 35};
+        constexpr std::string_view Frame = "{        -    -    -    -            }";
+        std::copy(Frame.begin(), Frame.end(), out_);
+        for (std::size_t index = 0; index < std::size(Places); ++index) {
+            std::copy_n(&HexadecimalPairs[2 * std::size_t{LoadUInt8(&guid[index])}], 2, out_ + Places[index]);
         }
-        return Put('}');
+        out_ += Frame.size();
+        return *this;
     }
 
     // "S-1-5-18" from a valid identifier. Authorities of 2^32 and above are written as "0x" and 12 digits.
@@ -159,13 +158,6 @@ class ScalarWriter {
     }
 
   private:
-    ScalarWriter& PutReversed(const char* digits, std::size_t count) {
-        while (count > 0) {
-            Put(digits[--count]);
-        }
-        return *this;
-    }
-
     Char* out_;
 };
 

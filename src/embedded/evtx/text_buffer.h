@@ -14,35 +14,35 @@ class TextBuffer {
   public:
     // Where at least `count` more characters can be written. What was written becomes part of the text with SetEnd.
     Char* Room(std::size_t count) {
-        if (capacity_ - size_ < count) {
+        if (static_cast<std::size_t>(limit_ - end_) < count) {
             Grow(count);
         }
-        return text_.get() + size_;
+        return end_;
     }
 
-    void SetEnd(const Char* end) { size_ = static_cast<std::size_t>(end - text_.get()); }
+    void SetEnd(Char* end) { end_ = end; }
 
     void Append(Char character) {
         *Room(1) = character;
-        ++size_;
+        ++end_;
     }
 
-    void Clear() { size_ = 0; }
-    std::size_t Size() const { return size_; }
-    std::basic_string_view<Char> View() const { return {text_.get(), size_}; }
+    void Append(std::basic_string_view<Char> text) { end_ = std::copy(text.begin(), text.end(), Room(text.size())); }
+
+    void Clear() { end_ = text_.get(); }
+    void CutTo(std::size_t size) { end_ = text_.get() + size; }
+    std::size_t Size() const { return static_cast<std::size_t>(end_ - text_.get()); }
+    std::basic_string_view<Char> View() const { return {text_.get(), Size()}; }
 
   private:
-    void Grow(std::size_t count) {
-        const std::size_t capacity = std::max(capacity_ * 2, size_ + count + 4096);
-        std::unique_ptr<Char[]> grown(new Char[capacity]);
-        std::copy_n(text_.get(), size_, grown.get());
-        text_ = std::move(grown);
-        capacity_ = capacity;
-    }
+    void Grow(std::size_t count);  // apart, since it is rare: what appends stays small
 
     std::unique_ptr<Char[]> text_;
-    std::size_t size_ = 0;
-    std::size_t capacity_ = 0;
+    Char* end_ = nullptr;  // of what was written
+    Char* limit_ = nullptr;
 };
+
+extern template class TextBuffer<char>;
+extern template class TextBuffer<wchar_t>;
 
 }  // namespace corvina::evtx

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 #include "embedded/evtx/byte_reader.h"
 #include "embedded/evtx/scalar_writer.h"
@@ -17,6 +18,7 @@ using Bytes = std::span<const std::byte>;
 
 constexpr std::size_t GuidSize = 16;
 constexpr std::size_t SystemTimeSize = 16;
+constexpr auto BinaryPairs = DigitPairs<256>("0123456789ABCDEF");
 
 enum class IntegerForm : std::uint8_t { None, Unsigned, Signed, Boolean, Hexadecimal, Time };
 
@@ -128,32 +130,44 @@ bool PutScalar(ValueType type, Bytes bytes, ScalarWriter<Char>& out) {
 
 template <typename Char>
 void AppendBytes(Bytes bytes, TextBuffer<Char>& text) {
-    constexpr char Digits[] = "0123456789ABCDEF";
     Char* out = text.Room(2 * bytes.size());
     for (const std::byte byte : bytes) {
-        *out++ = static_cast<Char>(Digits[std::to_integer<unsigned>(byte) >> 4]);
-        *out++ = static_cast<Char>(Digits[std::to_integer<unsigned>(byte) & 0xF]);
+        out = std::copy_n(&BinaryPairs[2 * std::to_integer<std::size_t>(byte)], 2, out);
     }
     text.SetEnd(out);
 }
 
+// How a value of one type becomes text. There is a function for each type, since the types change from value to value:
+// one jump then leads to code that is made for the type.
 template <typename Char>
-void AppendItemText(std::span<const std::byte> chunk, const Value& value, Escaping escaping, TextBuffer<Char>& text) {
-    if (value.Type == ValueType::Text) {
-        AppendUtf16Text(TextBytes(chunk, value), escaping, text);
+using Appender = void (*)(Bytes chunk, const Value& value, Escaping escaping, TextBuffer<Char>& text);
+
+template <typename Char>
+void AppendNothing(Bytes, const Value&, Escaping, TextBuffer<Char>&) {}
+
+template <typename Char>
+void AppendText(Bytes chunk, const Value& value, Escaping escaping, TextBuffer<Char>& text) {
+    AppendUtf16Text(TextBytes(chunk, value), escaping, text);
+}
+
+template <typename Char>
+void AppendEightBitText(Bytes chunk, const Value& value, Escaping escaping, TextBuffer<Char>& text) {
+    AppendAnsiText(TextBytes(chunk, value), escaping, text);
+}
+
+template <typename Char, IntegerForm Form, std::uint8_t Size>
+void AppendInteger(Bytes chunk, const Value& value, Escaping, TextBuffer<Char>& text) {
+    if (value.Size == 0) {
         return;
     }
-    if (value.Size == 0 || value.IsNull() || value.Type == ValueType::BinaryXml) {
-        return;
-    }
-    if (const IntegerType type = IntegerTypeOf(value.Type); type.Form != IntegerForm::None) {
-        ScalarWriter<Char> out(text.Room(LongestScalar));
-        PutInteger(type.Form, IntegerOf(chunk, value, type), out);
-        text.SetEnd(out.End());
-        return;
-    }
-    if (value.Type == ValueType::AnsiText) {
-        AppendAnsiText(TextBytes(chunk, value), escaping, text);
+    ScalarWriter<Char> out(text.Room(LongestScalar));
+    PutInteger(Form, IntegerOf(chunk, value, {Form, Size}), out);
+    text.SetEnd(out.End());
+}
+
+template <typename Char>
+void AppendOther(Bytes chunk, const Value& value, Escaping, TextBuffer<Char>& text) {
+    if (value.Size == 0) {
         return;
     }
     ScalarWriter<Char> out(text.Room(LongestScalar));
@@ -165,22 +179,47 @@ void AppendItemText(std::span<const std::byte> chunk, const Value& value, Escapi
     }
 }
 
-}  // namespace
+template <typename Char>
+void AppendArray(Bytes chunk, const Value& value, Escaping escaping, TextBuffer<Char>& text);
+
+constexpr std::size_t ArrayIndex = 256;
+
+// The functions for the values of all type bytes, behind them the one for arrays.
+template <typename Char, std::size_t... Types>
+constexpr auto MakeAppenders(std::index_sequence<Types...>) {
+    std::array<Appender<Char>, ArrayIndex + 1> appenders{
+        (IntegerTypes[Types].Form == IntegerForm::None
+             ? &AppendOther<Char>
+             : &AppendInteger<Char, IntegerTypes[Types].Form, IntegerTypes[Types].Size>)...};
+    appenders[ArrayIndex] = &AppendArray<Char>;
+    appenders[static_cast<std::size_t>(ValueType::Null)] = &AppendNothing<Char>;
+    appenders[static_cast<std::size_t>(ValueType::BinaryXml)] = &AppendNothing<Char>;
+    appenders[static_cast<std::size_t>(ValueType::Text)] = &AppendText<Char>;
+    appenders[static_cast<std::size_t>(ValueType::AnsiText)] = &AppendEightBitText<Char>;
+    return appenders;
+}
 
 template <typename Char>
-void AppendValueText(std::span<const std::byte> chunk, const Value& value, Escaping escaping, TextBuffer<Char>& text) {
-    if (!value.IsArray) {
-        AppendItemText(chunk, value, escaping, text);
-        return;
-    }
+constexpr auto Appenders = MakeAppenders<Char>(std::make_index_sequence<ArrayIndex>());
+
+template <typename Char>
+void AppendArray(Bytes chunk, const Value& value, Escaping escaping, TextBuffer<Char>& text) {
     ArrayItems items(chunk, value);
     Value item;
     for (bool first = true; items.Next(item); first = false) {
         if (!first) {
             text.Append(static_cast<Char>(' '));
         }
-        AppendItemText(chunk, item, escaping, text);
+        AppendValueText(chunk, item, escaping, text);
     }
+}
+
+}  // namespace
+
+template <typename Char>
+void AppendValueText(std::span<const std::byte> chunk, const Value& value, Escaping escaping, TextBuffer<Char>& text) {
+    const std::size_t index = value.IsArray ? ArrayIndex : static_cast<std::size_t>(value.Type);
+    Appenders<Char>[index](chunk, value, escaping, text);
 }
 
 std::span<const std::byte> TextBytes(std::span<const std::byte> chunk, const Value& value) {
