@@ -114,10 +114,11 @@ TEST(LogFileTest, CutFilesGiveTheirWholeRecords) {
 }
 
 TEST(LogFileTest, ForeignPlacesAreCountedAndPassed) {
-    const auto file = OpenBytes(HeaderBytes() + std::string(ChunkSize, '*') + ChunkWith(1, 2) +
-                                std::string(ChunkSize - 1, 'x') + '\0' + ChunkWith(3, 1));
+    const auto file =
+        OpenBytes(HeaderBytes() + std::string(ChunkSize, '*') + ChunkWith(1, 2) + std::string(ChunkSize - 1, 'x') +
+                  '\0' + ChunkWith(3, 1) + UnusedChunk + std::string(ChunkSize - 1, '\0') + 'x');
     EXPECT_EQ(AllIds(*file), "1 2 3 ");
-    EXPECT_EQ(file->ForeignChunks(), 2U);
+    EXPECT_EQ(file->ForeignChunks(), 3U) << "a place is unused only when nothing at all is there";
 }
 
 TEST(LogFileTest, TheHeaderIsBelievedOnlyWhenItsChecksumIsRight) {

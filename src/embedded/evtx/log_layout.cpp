@@ -11,6 +11,9 @@
 namespace corvina::evtx {
 namespace {
 
+// Small enough to stay in the fastest memory.
+constexpr std::size_t PieceSize = 8192;
+
 std::uint32_t AddToChecksum(const RandomAccessFile& file, std::uint64_t offset, std::uint32_t checksum) {
     std::array<std::byte, ChunkHeaderSize> bytes;
     const std::size_t size = file.ReadAt(offset, bytes);
@@ -51,7 +54,11 @@ class LayoutFinder {
         layout_.Records += place.RecordCount;
     }
 
+    // Most places without a chunk are room that a log has not used yet.
     void WalkPlace(std::uint64_t offset) {
+        if (IsUnused(offset)) {
+            return;
+        }
         buffer_.resize(ChunkSize);
         const std::size_t size = file_.ReadAt(offset, buffer_);
         layout_.IsWhole &= size == std::min<std::uint64_t>(ChunkSize, file_.Size() - offset);
@@ -69,6 +76,17 @@ class LayoutFinder {
                 layout_.ForeignBytes += size;
             }
         }
+    }
+
+    // Whether a whole place holds nothing but zeros.
+    bool IsUnused(std::uint64_t offset) const {
+        std::array<std::byte, PieceSize> piece;
+        for (std::size_t read = 0; read < ChunkSize; read += PieceSize) {
+            if (file_.ReadAt(offset + read, piece) != PieceSize || !HoldsOnlyZeros(piece)) {
+                return false;
+            }
+        }
+        return true;
     }
 
     void Sort() {
