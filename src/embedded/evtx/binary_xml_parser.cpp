@@ -12,6 +12,7 @@ constexpr std::uint16_t NoDependency = 0xFFFF;
 constexpr std::uint8_t TextValueType = 0x01;
 constexpr std::uint32_t LongestName = 256;
 constexpr std::uint32_t MostAttributes = 256;  // of one element
+constexpr std::size_t LongestProgram = 32768;  // more than the 64 KiB of a chunk can hold
 constexpr std::uint8_t LengthFieldSize = 4;    // of an element or its attributes
 
 bool ReadText(ByteReader& reader, Instruction& text) {
@@ -37,7 +38,7 @@ class ElementParser {
                 return false;
             }
         }
-        return depth_ == 0 && hasRoot_ && !targetOpen_;
+        return depth_ == 0 && hasRoot_ && !targetOpen_ && code_.size() <= LongestProgram;
     }
 
   private:
@@ -132,7 +133,7 @@ class ElementParser {
     }
 
     bool ParseAttribute() {
-        const std::uint32_t index = NextIndex();
+        const std::size_t index = NextIndex();
         if (!AddNamed(Operation::Attribute) || !IsNewAttribute(index)) {
             return false;
         }
@@ -154,10 +155,10 @@ class ElementParser {
     }
 
     // No element may have the same attribute twice. The attributes so far stand right behind their element.
-    bool IsNewAttribute(std::uint32_t attribute) {
+    bool IsNewAttribute(std::size_t attribute) {
         const std::byte* chunk = reader_.Bytes().data();
         const Instruction& added = code_[attribute];
-        for (std::uint32_t index = open_[depth_ - 1].Index + 1; index < attribute; index = code_[index].End) {
+        for (std::size_t index = open_[depth_ - 1].Index + 1; index < attribute; index = code_[index].End) {
             const Instruction& other = code_[index];
             if (other.Length == added.Length &&
                 std::memcmp(chunk + other.Place, chunk + added.Place, 2 * std::size_t{other.Length}) == 0) {
@@ -173,7 +174,7 @@ class ElementParser {
     }
 
     // One piece of the content of the element or attribute that stands at `owner`.
-    bool ParseItem(std::uint8_t code, std::uint32_t owner, std::uint32_t items) {
+    bool ParseItem(std::uint8_t code, std::size_t owner, std::uint32_t items) {
         std::uint8_t type = 0;
         switch (code) {
             case token::Value:
@@ -197,7 +198,7 @@ class ElementParser {
         }
     }
 
-    bool ParseSubstitution(bool optional, std::uint32_t owner, std::uint32_t items) {
+    bool ParseSubstitution(bool optional, std::size_t owner, std::uint32_t items) {
         std::uint16_t slot = 0;
         std::uint8_t ignoredType = 0;
         if (!reader_.Read(slot) || !reader_.Read(ignoredType)) {
@@ -269,7 +270,7 @@ class ElementParser {
         return added;
     }
 
-    std::uint32_t NextIndex() const { return static_cast<std::uint32_t>(code_.size()); }
+    std::uint16_t NextIndex() const { return static_cast<std::uint16_t>(code_.size()); }
 
     ByteReader& reader_;
     std::vector<NameReference>* names_;
@@ -337,7 +338,11 @@ bool ParseElements(ByteReader& reader, Program& program) {
 
 bool ParseDefinition(ByteReader& reader, Program& program, std::vector<NameReference>& names) {
     names.clear();
-    return Parse(reader, program, &names);
+    if (!Parse(reader, program, &names)) {
+        return false;
+    }
+    program.Structure.shrink_to_fit();  // it may be kept
+    return true;
 }
 
 }  // namespace corvina::evtx

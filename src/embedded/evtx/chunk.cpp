@@ -154,22 +154,32 @@ struct Chunk::State {
     }
 
     template <typename Char>
-    bool AppendXml(const RecordPlace& record, TextBuffer<Char>& buffer, std::basic_string<Char>& xml) {
-        return Read(record, [&](ByteReader content) {
-            buffer.Clear();
-            XmlHandler<Char> handler(Bytes, buffer);
-            if (!ProgramRunner(Templates, Values, handler, LargestCost(record)).RunEvent(content)) {
-                return false;
-            }
-            xml.append(buffer.View());
-            return true;
+    bool AppendXml(const RecordPlace& record, TextBuffer<Char>& xml) {
+        const std::size_t size = xml.Size();
+        const bool done = Read(record, [&](ByteReader content) {
+            XmlHandler<Char> handler(Bytes, xml);
+            return ProgramRunner(Templates, Values, handler, LargestCost(record)).RunEvent(content);
         });
+        if (!done) {
+            xml.CutTo(size);
+        }
+        return done;
+    }
+
+    template <typename Char>
+    bool AppendXml(const RecordPlace& record, TextBuffer<Char>& buffer, std::basic_string<Char>& xml) {
+        buffer.Clear();
+        if (!AppendXml(record, buffer)) {
+            return false;
+        }
+        xml.append(buffer.View());
+        return true;
     }
 
     std::unique_ptr<std::byte[]> Buffer;
     std::span<const std::byte> Bytes;
     TemplateStore Templates;
-    std::vector<Value> Values;
+    ValueList Values;
     std::vector<RecordPlace> Places;
     std::size_t LastIndex = 0;           // of the place that was looked up last
     std::vector<RecordState> Soundness;  // of each place
@@ -258,6 +268,10 @@ bool Chunk::ReadRenderingInfo(const RecordPlace& record, RenderingInfo& info) co
 
 bool Chunk::AppendXml(const RecordPlace& record, std::wstring& xml) const {
     return state_->AppendXml(record, state_->WideBuffer, xml);
+}
+
+bool Chunk::AppendXml(const RecordPlace& record, TextBuffer<char>& utf8) const {
+    return state_->AppendXml(record, utf8);
 }
 
 bool Chunk::AppendXml(const RecordPlace& record, std::string& utf8) const {

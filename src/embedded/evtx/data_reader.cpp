@@ -186,7 +186,7 @@ class RenderingTextConsumer {
 };
 
 template <typename Consumer>
-bool ReadLeaves(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, std::int64_t budget,
+bool ReadLeaves(ByteReader reader, TemplateStore& templates, ValueList& working, std::int64_t budget,
                 Consumer& consumer) {
     LeafHandler<Consumer> handler(templates.Chunk(), consumer);
     return ProgramRunner(templates, working, handler, budget).RunEvent(reader);
@@ -194,7 +194,7 @@ bool ReadLeaves(ByteReader reader, TemplateStore& templates, std::vector<Value>&
 
 }  // namespace
 
-bool ReadDataValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, std::int64_t budget,
+bool ReadDataValues(ByteReader reader, TemplateStore& templates, ValueList& working, std::int64_t budget,
                     std::vector<DataValue>& values) {
     DataConsumer consumer(values);
     const bool read = ReadLeaves(reader, templates, working, budget, consumer);
@@ -202,7 +202,7 @@ bool ReadDataValues(ByteReader reader, TemplateStore& templates, std::vector<Val
     return read;
 }
 
-bool ReadRenderingTexts(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, std::int64_t budget,
+bool ReadRenderingTexts(ByteReader reader, TemplateStore& templates, ValueList& working, std::int64_t budget,
                         RenderingInfo& info) {
     info = {};
     RenderingTextConsumer consumer(info);

@@ -6,6 +6,20 @@ namespace corvina::evtx {
 namespace {
 
 constexpr std::size_t NameLengthField = 6;  // in front of the text of a name
+constexpr std::size_t NameLengthSize = 2;
+
+std::span<const std::byte> TextOf(const NameReference& name, const Program& program) {
+    return program.TextOf(program.Structure[name.Index]);
+}
+
+std::size_t PatternSize(std::size_t begin, std::size_t end, std::span<const NameReference> names,
+                        const Program& program) {
+    std::size_t size = end - begin;
+    for (const NameReference& name : names) {
+        size += NameLengthSize + TextOf(name, program).size() - (name.End - name.Begin);
+    }
+    return size;
+}
 
 }  // namespace
 
@@ -17,15 +31,17 @@ DefinitionForm::DefinitionForm(const ByteReader& content, std::size_t contentEnd
         pattern_.insert(pattern_.end(), bytes.begin(), bytes.end());
         return bytes.size();
     };
+    parts_.reserve(names.size());
+    pattern_.reserve(PatternSize(content.Position(), contentEnd, names, program));
     std::size_t position = content.Position();
     for (const NameReference& name : names) {
         Part& part = parts_.emplace_back();
         part.SizeBefore = name.SizeBefore;
         part.SizeBehind = name.SizeBehind;
         part.RunSize = static_cast<std::uint32_t>(add(chunk.subspan(position, name.Begin - position)));
-        const std::span<const std::byte> text = program.TextOf(program.Structure[name.Index]);
-        const std::byte length[] = {static_cast<std::byte>(text.size() / 2),
-                                    static_cast<std::byte>(text.size() / 2 >> 8)};
+        const std::span<const std::byte> text = TextOf(name, program);
+        const std::byte length[NameLengthSize] = {static_cast<std::byte>(text.size() / 2),
+                                                  static_cast<std::byte>(text.size() / 2 >> 8)};
         part.NameSize = static_cast<std::uint16_t>(add(length) + add(text));
         position = name.End;
     }

@@ -213,7 +213,7 @@ class EventTreeBuilder {
     TextBuffer<wchar_t> text_;
 };
 
-bool ReadEventTree(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, std::int64_t budget,
+bool ReadEventTree(ByteReader reader, TemplateStore& templates, ValueList& working, std::int64_t budget,
                    EventTree& tree) {
     EventTreeBuilder builder(templates.Chunk(), tree);
     return ProgramRunner(templates, working, builder, budget).RunEvent(reader) && !builder.IsFull();

@@ -19,6 +19,8 @@ namespace corvina::evtx {
 
 class EventTree;
 class KeptTemplates;
+template <typename Char>
+class TextBuffer;
 
 inline constexpr std::size_t ChunkSize = 65536;
 inline constexpr std::size_t FileHeaderSize = 4096;
@@ -105,6 +107,7 @@ class Chunk {
     // characters, half surrogates) are written so that the result stays well-formed.
     bool AppendXml(const RecordPlace& record, std::wstring& xml) const;
     bool AppendXml(const RecordPlace& record, std::string& utf8) const;
+    bool AppendXml(const RecordPlace& record, TextBuffer<char>& utf8) const;
 
     // Makes a copy of the record that can be written into another chunk. False when the record cannot be decoded.
     bool Copy(const RecordPlace& record, RecordCopy& copy) const;

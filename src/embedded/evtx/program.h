@@ -62,16 +62,19 @@ enum class ContentKind : std::uint8_t {
 struct Instruction {
     Operation Code = Operation::Literal;
     ContentKind Content = ContentKind::Fixed;
-    std::uint8_t Depth = 0;    // how many elements are open around it
-    bool InAttribute = false;  // of a substitution
-    bool Ascii = false;        // of a literal
+    std::uint8_t Depth = 0;        // how many elements are open around it
+    bool InAttribute : 1 = false;  // of a substitution
+    bool Ascii : 1 = false;        // of a literal
     std::uint16_t Slot = 0;
+    std::uint16_t End = 0;  // index of the instruction after the whole element or attribute
     // In a structure: names and texts in the program's Texts, Length in UTF-16 units. In a rendering: the literal in
     // front of what the instruction does, in the program's Literals, Length in bytes.
     std::uint32_t Place = 0;
     std::uint32_t Length = 0;
-    std::uint32_t End = 0;  // index of the instruction after the whole element or attribute
 };
+
+// Programs are long lists that are run again and again.
+static_assert(sizeof(Instruction) == 16);
 
 using InstructionList = std::vector<Instruction>;
 

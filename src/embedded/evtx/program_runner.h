@@ -11,14 +11,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 #include "embedded/evtx/binary_xml_parser.h"
 #include "embedded/evtx/byte_reader.h"
 #include "embedded/evtx/program.h"
 #include "embedded/evtx/rendering_code.h"
 #include "embedded/evtx/template_store.h"
-#include "embedded/evtx/value.h"
+#include "embedded/evtx/value_list.h"
 
 namespace corvina::evtx {
 
@@ -26,9 +25,9 @@ template <typename Handler>
 class ProgramRunner {
   public:
     // `values` is working memory that its owner keeps. Nothing is run beyond `budget`.
-    ProgramRunner(TemplateStore& templates, std::vector<Value>& values, Handler& handler, std::int64_t budget)
+    ProgramRunner(TemplateStore& templates, ValueList& values, Handler& handler, std::int64_t budget)
         : templates_(templates), values_(values), handler_(handler), budget_(budget) {
-        values_.clear();
+        values_.CutTo(0);
     }
 
     // Runs the binary XML of a record, which has to make up exactly one element.
@@ -71,15 +70,15 @@ class ProgramRunner {
         if (byte != token::TemplateInstance) {
             Program program;
             return ParseElements(reader, program) && budget_ >= 0 && MakeRenderingIfWanted(program) &&
-                   Run({program, values_.size(), 0, depth});
+                   Run({program, values_.Size(), 0, depth});
         }
         reader.Skip(1);
-        const std::size_t firstValue = values_.size();
+        const std::size_t firstValue = values_.Size();
         ChunkTemplate* const found = templates_.ReadInstance(reader);
         const bool done = found != nullptr && ReadInstanceValues(reader, values_) &&
                           (Handler::WantsStructure || templates_.MakeRenderingOf(*found)) &&
-                          Run({*found->Code, firstValue, values_.size() - firstValue, depth});
-        values_.resize(firstValue);
+                          Run({*found->Code, firstValue, values_.Size() - firstValue, depth});
+        values_.CutTo(firstValue);
         return done;
     }
 
@@ -99,13 +98,14 @@ class ProgramRunner {
         return slot < frame.ValueCount ? values_[frame.FirstValue + slot] : null_;
     }
 
-    bool RunRange(const Frame& frame, std::size_t index, std::size_t end, const RepeatedItem* repeated) {
+    bool RunRange(const Frame& frame, std::size_t begin, std::size_t end, const RepeatedItem* repeated) {
         // Text is written through pointers that could point to anything, for all that the compiler knows: what does not
         // change is fetched once.
         const Instruction* const list = ListOf(frame.Code).data();
         const char* const literals = frame.Code.Literals.data();
-        while (index < end) {
-            const Instruction& instruction = list[index++];
+        const Instruction* next = list + begin;
+        for (const Instruction* const last = list + end; next < last;) {
+            const Instruction& instruction = *next++;
             if (!AddLiteral(literals, instruction)) {
                 return false;
             }
@@ -114,10 +114,10 @@ class ProgramRunner {
             if (instruction.Code == Operation::Substitution) {
                 done = Substitute(frame, instruction, repeated);
             } else if (instruction.Code == Operation::Element || instruction.Code == Operation::Attribute) {
-                done = Open(frame, instruction, index);
+                done = Open(frame, instruction, list, next);
             } else if (instruction.Code == Operation::SkipIfNull) {
                 if (ValueAt(frame, instruction.Slot).IsNull() && !IsRoot(frame, instruction)) {
-                    index = instruction.End;
+                    next = list + instruction.End;
                 }
             } else {
                 done = AddPiece(frame, instruction);
@@ -157,18 +157,18 @@ class ProgramRunner {
 
     // Enters an element or attribute, or passes it: left out when it is optional and without value, run as a whole here
     // when it is repeated.
-    bool Open(const Frame& frame, const Instruction& instruction, std::size_t& index) {
+    bool Open(const Frame& frame, const Instruction& instruction, const Instruction* list, const Instruction*& next) {
         if (instruction.Content != ContentKind::Fixed) {
             const Value& value = ValueAt(frame, instruction.Slot);
-            const bool isRoot = instruction.Code == Operation::Element && IsRoot(frame, instruction);
-            if (value.IsNull() && instruction.Content == ContentKind::Optional && !isRoot) {
-                index = instruction.End;
+            const auto isRoot = [&] { return instruction.Code == Operation::Element && IsRoot(frame, instruction); };
+            if (value.IsNull() && instruction.Content == ContentKind::Optional && !isRoot()) {
+                next = list + instruction.End;
                 return true;
             }
             if (value.IsArray && instruction.Code == Operation::Element) {
-                const std::size_t begin = index;
-                index = instruction.End;
-                return !isRoot && Repeat(frame, instruction, begin, value);
+                const auto begin = static_cast<std::size_t>(next - list);
+                next = list + instruction.End;
+                return !isRoot() && Repeat(frame, instruction, begin, value);
             }
         }
         return AddPiece(frame, instruction);
@@ -202,7 +202,7 @@ class ProgramRunner {
 
     const Value null_;
     TemplateStore& templates_;
-    std::vector<Value>& values_;
+    ValueList& values_;
     Handler& handler_;
     std::int64_t budget_;
 };

@@ -27,6 +27,7 @@ class RenderingMaker {
         }
         ResolveEnds(static_cast<std::uint32_t>(program_.Structure.size()));
         AddRestOfLiteral();
+        program_.Rendering.shrink_to_fit();
         program_.Literals.reserve(literals_.Size() + LiteralPadding);
         program_.Literals.assign(literals_.View());
         program_.Literals.append(LiteralPadding, '\0');
@@ -44,7 +45,9 @@ class RenderingMaker {
     void Translate(const Instruction& instruction) {
         switch (instruction.Code) {
             case Operation::SkipIfNull:
-                AddConditional(instruction);
+                if (!SaysTheSameAs(instruction, *(&instruction + 1))) {
+                    AddConditional(instruction);
+                }
                 break;
             case Operation::Element:
                 if (instruction.Content != ContentKind::Fixed) {
@@ -86,6 +89,12 @@ class RenderingMaker {
                 TranslateContent(instruction);
                 break;
         }
+    }
+
+    // Most elements are left out on account of the value that they would hold: then to see it once is enough. A
+    // dependency stands right in front of its element.
+    static bool SaysTheSameAs(const Instruction& dependency, const Instruction& element) {
+        return element.Content == ContentKind::Optional && element.Slot == dependency.Slot;
     }
 
     void TranslateContent(const Instruction& instruction) {
@@ -175,10 +184,19 @@ class RenderingMaker {
     void ResolveEnds(std::uint32_t structureIndex) {
         while (!openEnds_.empty() && openEnds_.back().StructureEnd <= structureIndex) {
             AddRestOfLiteral();
+            // Not many more than the structure has.
             program_.Rendering[openEnds_.back().RenderingIndex].End =
-                static_cast<std::uint32_t>(program_.Rendering.size());
+                static_cast<std::uint16_t>(program_.Rendering.size());
             openEnds_.pop_back();
         }
+    }
+
+    static bool IsAscii(std::string_view utf8) {
+        unsigned char bits = 0;
+        for (const char byte : utf8) {
+            bits |= static_cast<unsigned char>(byte);
+        }
+        return bits < 0x80;
     }
 
     // What was put since the last instruction is the literal in front of this one.
@@ -187,8 +205,7 @@ class RenderingMaker {
         Instruction& added = program_.Rendering.emplace_back(instruction);
         added.Place = static_cast<std::uint32_t>(added_);
         added.Length = static_cast<std::uint32_t>(literal.size());
-        added.Ascii = std::all_of(literal.begin(), literal.end(),
-                                  [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+        added.Ascii = IsAscii(literal);
         added_ = literals_.Size();
     }
 

@@ -138,7 +138,7 @@ class LayoutFinder {
 
 class PlaceReader {
   public:
-    PlaceReader(std::span<const std::byte> chunk, const std::vector<Value>& slots, SystemValues& values)
+    PlaceReader(std::span<const std::byte> chunk, const ValueList& slots, SystemValues& values)
         : chunk_(chunk), slots_(slots), values_(values) {}
 
     // False when the value that was set may be another one than the event's XML has.
@@ -178,10 +178,10 @@ class PlaceReader {
         return value.IsArray && !ArrayItems(chunk_, value).Next(item);
     }
 
-    Value SlotValue(std::uint16_t slot) const { return slot < slots_.size() ? slots_[slot] : Value{}; }
+    Value SlotValue(std::uint16_t slot) const { return slot < slots_.Size() ? slots_[slot] : Value{}; }
 
     std::span<const std::byte> chunk_;
-    const std::vector<Value>& slots_;
+    const ValueList& slots_;
     SystemValues& values_;
     TextBuffer<wchar_t> text_;
 };
@@ -232,11 +232,11 @@ void ClearSystemFields(SystemFieldSet fields, SystemValues& values) {
 
 }  // namespace
 
-bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, SystemFieldSet wanted,
+bool ReadSystemValues(ByteReader reader, TemplateStore& templates, ValueList& working, SystemFieldSet wanted,
                       SystemValues& values, SystemFieldSet& certain) {
     ClearSystemFields(wanted, values);
     certain = {};
-    working.clear();
+    working.CutTo(0);
     std::uint8_t byte = 0;
     Program direct;
     Program* program = &direct;

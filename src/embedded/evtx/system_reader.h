@@ -2,12 +2,11 @@
 // afterwards the values are taken straight from a record's slots.
 #pragma once
 
-#include <vector>
-
 #include "embedded/evtx/byte_reader.h"
 #include "embedded/evtx/system_field.h"
 #include "embedded/evtx/system_values.h"
 #include "embedded/evtx/template_store.h"
+#include "embedded/evtx/value_list.h"
 
 namespace corvina::evtx {
 
@@ -15,7 +14,7 @@ namespace corvina::evtx {
 // `working` is memory that its owner keeps. `certain` becomes the fields of the wanted ones whose value, or absence, is
 // for sure what the XML of the event shows: all of them, but for oddly made events. False when the binary XML is
 // invalid.
-bool ReadSystemValues(ByteReader reader, TemplateStore& templates, std::vector<Value>& working, SystemFieldSet wanted,
+bool ReadSystemValues(ByteReader reader, TemplateStore& templates, ValueList& working, SystemFieldSet wanted,
                       SystemValues& values, SystemFieldSet& certain);
 
 }  // namespace corvina::evtx

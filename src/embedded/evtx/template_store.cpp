@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "embedded/evtx/binary_xml_parser.h"
 #include "embedded/evtx/rendering_code.h"
@@ -16,24 +17,24 @@ constexpr std::size_t ValueDescriptorSize = 4;
 }  // namespace
 
 // Descriptors of size and type, then the bytes back to back.
-bool ReadInstanceValues(ByteReader& reader, std::vector<Value>& values, std::size_t most) {
+bool ReadInstanceValues(ByteReader& reader, ValueList& values, std::size_t most) {
     std::uint32_t count = 0;
     if (!reader.Read(count) || count > reader.Remaining() / ValueDescriptorSize) {
         return false;
     }
     const std::byte* descriptor = reader.Bytes().data() + reader.Position();
     std::size_t offset = reader.Position() + count * ValueDescriptorSize;
-    const std::size_t first = values.size();
-    values.resize(first + std::min<std::size_t>(count, most));
-    for (std::size_t index = first; index < values.size(); ++index, descriptor += ValueDescriptorSize) {
-        const std::size_t size = LoadUInt16(descriptor);
+    const std::size_t end = reader.End();
+    for (Value& value : values.Add(std::min<std::size_t>(count, most))) {
+        const std::uint32_t size = LoadUInt16(descriptor);
         const std::uint8_t type = LoadUInt8(descriptor + 2);
-        if (size > reader.End() - offset) {
+        if (size > end - offset) {
             return false;
         }
-        values[index] = {static_cast<ValueType>(type & ~ArrayFlag), (type & ArrayFlag) != 0,
-                         static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size)};
+        value = {static_cast<ValueType>(type & ~ArrayFlag), (type & ArrayFlag) != 0, static_cast<std::uint32_t>(offset),
+                 size};
         offset += size;
+        descriptor += ValueDescriptorSize;
     }
     return reader.Skip(offset - reader.Position());
 }

@@ -10,18 +10,17 @@
 #include <span>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "embedded/evtx/byte_reader.h"
 #include "embedded/evtx/kept_templates.h"
 #include "embedded/evtx/program.h"
-#include "embedded/evtx/value.h"
+#include "embedded/evtx/value_list.h"
 
 namespace corvina::evtx {
 
 // Reads the values of an instance, which follow its definition, and appends them to `values`: all of them, or the first
 // `most` without a look at the others. False when they leave the bounds.
-bool ReadInstanceValues(ByteReader& reader, std::vector<Value>& values, std::size_t most = SIZE_MAX);
+bool ReadInstanceValues(ByteReader& reader, ValueList& values, std::size_t most = SIZE_MAX);
 
 // A definition of a chunk. Its program may be shared with other chunks; what it may cost is counted for each of them,
 // so that a record is read the same whatever was read before.
