@@ -41,14 +41,14 @@ int ForEachFile(const std::vector<std::string>& files, const FileUser& use) {
 }
 
 void WriteEvents(const std::string&, const evtx::LogFile& file, Output& output) {
-    std::string& text = output.Buffer();
+    evtx::TextBuffer<char>& text = output.Buffer();
     for (std::size_t index = 0; index < file.Chunks().size(); ++index) {
         const auto chunk = file.ReadChunk(index);
         for (const evtx::RecordPlace& record : chunk->Places()) {
-            const std::size_t begin = text.size();
+            const std::size_t begin = text.Size();
             if (chunk->AppendXml(record, text)) {
                 EscapeLineBreaks(text, begin);
-                text += '\n';
+                text.Append('\n');
             }
             if (!output.Continue()) {
                 return;
@@ -68,7 +68,7 @@ int MakeSample(const CommandLine& line) {
 
 int Print(std::string_view text) {
     Output output(stdout);
-    output.Buffer() = text;
+    output.Buffer().Append(text);
     return Finish(output);
 }
 
@@ -79,7 +79,7 @@ int Run(std::span<const std::string> arguments) {
     switch (line.What) {
         case CommandLine::Action::Info:
             return ForEachFile(line.Files, [](const std::string& name, const evtx::LogFile& file, Output& output) {
-                output.Buffer() += SummaryText(name, Summarize(file));
+                output.Buffer().Append(SummaryText(name, Summarize(file)));
             });
         case CommandLine::Action::Xml:
             return ForEachFile(line.Files, WriteEvents);

@@ -1,7 +1,8 @@
 #include "output.h"
 
 #include <cerrno>
-#include <cstring>
+#include <string>
+#include <string_view>
 
 namespace corvina::tools {
 
@@ -9,25 +10,24 @@ bool Output::Flush() {
     if (state_ == State::Open) {
         errno = 0;
         const bool written =
-            std::fwrite(buffer_.data(), 1, buffer_.size(), file_) == buffer_.size() && std::fflush(file_) == 0;
+            std::fwrite(buffer_.View().data(), 1, buffer_.Size(), file_) == buffer_.Size() && std::fflush(file_) == 0;
         if (!written) {
             // A program that has read enough closes its end; Windows reports that as an invalid argument.
             state_ = errno == EPIPE || errno == EINVAL ? State::Closed : State::Failed;
         }
     }
-    buffer_.clear();
+    buffer_.Clear();
     return state_ == State::Open;
 }
 
-void EscapeLineBreaks(std::string& text, std::size_t begin) {
-    const std::size_t size = text.size() - begin;
-    if (std::memchr(text.data() + begin, '\n', size) == nullptr &&
-        std::memchr(text.data() + begin, '\r', size) == nullptr) {
+void EscapeLineBreaks(evtx::TextBuffer<char>& text, std::size_t begin) {
+    const std::string_view added = text.View().substr(begin);
+    if (added.find('\n') == std::string_view::npos && added.find('\r') == std::string_view::npos) {
         return;
     }
     std::string escaped;
-    for (std::size_t index = begin; index < text.size(); ++index) {
-        switch (text[index]) {
+    for (const char character : added) {
+        switch (character) {
             case '\n':
                 escaped += "&#10;";
                 break;
@@ -35,10 +35,11 @@ void EscapeLineBreaks(std::string& text, std::size_t begin) {
                 escaped += "&#13;";
                 break;
             default:
-                escaped += text[index];
+                escaped += character;
         }
     }
-    text.replace(begin, std::string::npos, escaped);
+    text.CutTo(begin);
+    text.Append(escaped);
 }
 
 }  // namespace corvina::tools

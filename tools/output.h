@@ -1,24 +1,28 @@
 // Where results go: the standard output, in large pieces.
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
-#include <string>
-#include <string_view>
+
+#include "embedded/evtx/text_buffer.h"
 
 namespace corvina::tools {
 
 class Output {
   public:
-    explicit Output(std::FILE* file) : file_(file) { buffer_.reserve(2 * PieceSize); }
+    explicit Output(std::FILE* file) : file_(file) {
+        std::setvbuf(file, nullptr, _IONBF, 0);  // pieces are large enough to be written as they are
+        buffer_.Room(2 * PieceSize);
+    }
     ~Output() { Flush(); }
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
     // To be appended to; Continue writes it when it has become large.
-    std::string& Buffer() { return buffer_; }
+    evtx::TextBuffer<char>& Buffer() { return buffer_; }
 
     // False when nothing more can be written.
-    bool Continue() { return buffer_.size() < PieceSize ? state_ == State::Open : Flush(); }
+    bool Continue() { return buffer_.Size() < PieceSize ? state_ == State::Open : Flush(); }
     bool Flush();
 
     // Whether it was not the reader who went away, but writing that failed.
@@ -26,15 +30,16 @@ class Output {
 
   private:
     enum class State { Open, Closed, Failed };
-    static constexpr std::size_t PieceSize = 1 << 16;
+    // Small enough to stay in fast memory between being written and being passed on.
+    static constexpr std::size_t PieceSize = 1 << 15;
 
     std::FILE* file_;
-    std::string buffer_;
+    evtx::TextBuffer<char> buffer_;
     State state_ = State::Open;
 };
 
 // Texts of events may hold line breaks. As references they have the same meaning and keep the event on its line.
 // Changes what `text` holds from `begin` on.
-void EscapeLineBreaks(std::string& text, std::size_t begin);
+void EscapeLineBreaks(evtx::TextBuffer<char>& text, std::size_t begin);
 
 }  // namespace corvina::tools

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <iostream>
 #include <optional>
 #include <span>
 #include <string>
@@ -36,14 +36,17 @@ std::wstring DecodeText(const std::string& bytes) {
     return text;
 }
 
-// What comes after so many bytes is left: more is no valid document in any encoding.
-std::string ReadDocumentBytes(std::istream& stream) {
+// All that `read` puts into the pieces that it is given, up to the piece that it cannot fill. What comes after so many
+// bytes is left: more is no valid document in any encoding.
+template <typename Read>
+std::string ReadDocumentBytes(Read read) {
     constexpr std::size_t MostBytes = std::size_t{80} << 20;
     std::string bytes;
     std::array<char, 65536> piece;
-    while (bytes.size() < MostBytes && stream) {
-        stream.read(piece.data(), static_cast<std::streamsize>(piece.size()));
-        bytes.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
+    std::size_t size = piece.size();
+    while (bytes.size() < MostBytes && size == piece.size()) {
+        size = read(std::span<char>(piece));
+        bytes.append(piece.data(), size);
     }
     return bytes;
 }
@@ -54,7 +57,9 @@ std::optional<std::wstring> ReadDocument(const std::string& argument) {
     std::wstring text = WideFromUtf8(argument);
     std::string name = "the query";
     if (argument == "-") {
-        text = DecodeText(ReadDocumentBytes(std::cin));
+        // Not std::cin: the tables of its locale would be made at the start of every run.
+        text = DecodeText(
+            ReadDocumentBytes([](std::span<char> piece) { return std::fread(piece.data(), 1, piece.size(), stdin); }));
     } else if (!xpath::IsQueryDocument(text)) {
         name = argument;
         std::ifstream file(PathFromArgument(argument), std::ios::binary);
@@ -63,7 +68,10 @@ std::optional<std::wstring> ReadDocument(const std::string& argument) {
             Complain(name + ": the query document cannot be read");
             return std::nullopt;
         }
-        text = DecodeText(ReadDocumentBytes(file));
+        text = DecodeText(ReadDocumentBytes([&file](std::span<char> piece) {
+            file.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+            return static_cast<std::size_t>(file.gcount());
+        }));
     }
     if (!xpath::IsQueryDocument(text)) {
         Complain(name + ": this is not a query document");
@@ -98,30 +106,33 @@ class EventWriter {
 
   private:
     void AppendXml(DWORD size) {
-        std::string& text = output_.Buffer();
-        const std::size_t begin = text.size();
         xml_.resize(size / sizeof(wchar_t));
         std::memcpy(xml_.data(), buffer_.data(), xml_.size() * sizeof(wchar_t));
         xml_.pop_back();  // the closing zero
-        AppendUtf8(xml_, text);
-        EscapeLineBreaks(text, begin);
-        text += '\n';
+        AppendEscaped(xml_);
+        output_.Buffer().Append('\n');
     }
 
     void AppendIdentity() {
-        std::string& text = output_.Buffer();
         const EVT_VARIANT channel = ValueAt(buffer_, EvtSystemChannel);
         const EVT_VARIANT recordId = ValueAt(buffer_, EvtSystemEventRecordId);
-        const std::size_t begin = text.size();
         if (channel.Type == EvtVarTypeString) {
-            AppendUtf8(channel.StringVal, text);
+            AppendEscaped(channel.StringVal);
         }
-        EscapeLineBreaks(text, begin);
-        text += '\t';
+        evtx::TextBuffer<char>& text = output_.Buffer();
+        text.Append('\t');
         if (recordId.Type == EvtVarTypeUInt64) {
-            text += std::to_string(recordId.UInt64Val);
+            text.Append(std::to_string(recordId.UInt64Val));
         }
-        text += '\n';
+        text.Append('\n');
+    }
+
+    void AppendEscaped(std::wstring_view part) {
+        utf8_.clear();
+        AppendUtf8(part, utf8_);
+        const std::size_t begin = output_.Buffer().Size();
+        output_.Buffer().Append(utf8_);
+        EscapeLineBreaks(output_.Buffer(), begin);
     }
 
     Store& store_;
@@ -130,6 +141,7 @@ class EventWriter {
     EvtHandle context_;
     std::vector<BYTE> buffer_ = std::vector<BYTE>(4096);
     std::wstring xml_;
+    std::string utf8_;
 };
 
 // Writes all events of a query. Returns an error code.
@@ -244,7 +256,7 @@ int ListPublishers(const CommandLine& line) {
     std::sort(names.begin(), names.end());
     Output output(stdout);
     for (const std::string& publisher : names) {
-        output.Buffer() += publisher + "\n";
+        output.Buffer().Append(publisher + "\n");
     }
     return Finish(output);
 }
