@@ -53,10 +53,4 @@ void AboutBox::Layout(int width, int height) {
     MoveWindow(license_, margin, top, width - 2 * margin, bottom - top, TRUE);
 }
 
-void AboutBox::CommandReceived(int identifier, UINT) {
-    if (identifier == IDCANCEL || identifier == IDOK) {
-        End(true);
-    }
-}
-
 }  // namespace corvina

@@ -16,7 +16,6 @@ class AboutBox : private ui::Dialog {
   private:
     void CreateControls() override;
     void Layout(int width, int height) override;
-    void CommandReceived(int identifier, UINT code) override;
 
     const AboutTexts& texts_;
     HWND icon_ = nullptr;

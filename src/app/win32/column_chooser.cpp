@@ -113,9 +113,6 @@ void ColumnChooser::CommandReceived(int identifier, UINT) {
             }
             End(true);
             break;
-        case IDCANCEL:
-            End(false);
-            break;
         default:
             break;
     }

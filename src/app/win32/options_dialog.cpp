@@ -130,9 +130,6 @@ void OptionsDialog::CommandReceived(int identifier, UINT code) {
             chosen_ = Values();
             End(true);
             break;
-        case IDCANCEL:
-            End(false);
-            break;
         default:
             break;
     }

@@ -241,9 +241,6 @@ void DetailsWindowControl::CommandReceived(int identifier, UINT code) {
         case NextArrow:
             events_->NextRequested();
             break;
-        case IDCANCEL:
-            End(false);
-            break;
         default:
             break;
     }

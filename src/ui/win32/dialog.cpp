@@ -182,11 +182,15 @@ INT_PTR Dialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             ChangeScale(Scale(LOWORD(wParam)), *reinterpret_cast<const RECT*>(lParam));
             return TRUE;
         case WM_COMMAND:
-            CommandReceived(LOWORD(wParam), HIWORD(wParam));
+            if (wParam == MAKEWPARAM(IDCANCEL, BN_CLICKED)) {
+                End(false);
+            } else {
+                CommandReceived(LOWORD(wParam), HIWORD(wParam));
+            }
             return TRUE;
         case WM_CLOSE:
             SavePlace();
-            CommandReceived(IDCANCEL, BN_CLICKED);
+            End(false);
             return TRUE;
         case WM_NOTIFY:
             return OnNotify(*reinterpret_cast<const NMHDR*>(lParam), lParam);

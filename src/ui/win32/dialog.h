@@ -57,8 +57,9 @@ class Dialog {
     virtual void Layout(int width, int height) = 0;
     // Everything has its place; the dialog is about to be seen.
     virtual void Opened() {}
-    // A control's command (its identifier, its notification code). IDCANCEL also comes from Escape and the close box.
-    virtual void CommandReceived(int identifier, UINT code) = 0;
+    // A control's command (its identifier, its notification code), but not IDCANCEL: that, Escape and the close box end
+    // every dialog.
+    virtual void CommandReceived(int, UINT) {}
     // A notification of a control; none lets the default handling answer.
     virtual std::optional<LRESULT> NotificationReceived(const NMHDR&, LPARAM) { return std::nullopt; }
     // A request for a context menu (window, screen coordinates; both -1 from the keyboard).
