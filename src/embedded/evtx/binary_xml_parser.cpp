@@ -12,7 +12,7 @@ constexpr std::uint16_t NoDependency = 0xFFFF;
 constexpr std::uint8_t TextValueType = 0x01;
 constexpr std::uint32_t LongestName = 256;
 constexpr std::uint32_t MostAttributes = 256;  // of one element
-constexpr std::size_t LongestProgram = 32768;  // more than the 64 KiB of a chunk can hold
+constexpr std::size_t LongestProgram = 32768;  // instructions; more than the 64 KiB of a chunk can hold
 constexpr std::uint8_t LengthFieldSize = 4;    // of an element or its attributes
 
 bool ReadText(ByteReader& reader, Instruction& text) {

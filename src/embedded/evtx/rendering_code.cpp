@@ -184,7 +184,7 @@ class RenderingMaker {
     void ResolveEnds(std::uint32_t structureIndex) {
         while (!openEnds_.empty() && openEnds_.back().StructureEnd <= structureIndex) {
             AddRestOfLiteral();
-            // Not many more than the structure has.
+            // A rendering has less than twice as many instructions as the structure: 16 bits hold the index.
             program_.Rendering[openEnds_.back().RenderingIndex].End =
                 static_cast<std::uint16_t>(program_.Rendering.size());
             openEnds_.pop_back();
