@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/ascii.h"
 #include "search/regex_character.h"
 #include "search/utf8_sequence.h"
 
@@ -14,10 +15,6 @@ namespace {
 // The sign behind a token says how often it may match; what follows both is the rest.
 constexpr std::size_t RestAfter(std::size_t index) {
     return index + 2;
-}
-
-bool IsAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
 }
 
 }  // namespace

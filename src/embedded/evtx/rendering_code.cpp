@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "base/ascii.h"
 #include "embedded/evtx/xml_characters.h"
 #include "embedded/evtx/xml_text.h"
 
@@ -189,14 +190,6 @@ class RenderingMaker {
                 static_cast<std::uint16_t>(program_.Rendering.size());
             openEnds_.pop_back();
         }
-    }
-
-    static bool IsAscii(std::string_view utf8) {
-        unsigned char bits = 0;
-        for (const char byte : utf8) {
-            bits |= static_cast<unsigned char>(byte);
-        }
-        return bits < 0x80;
     }
 
     // What was put since the last instruction is the literal in front of this one.
